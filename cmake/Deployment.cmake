@@ -1,0 +1,12 @@
+# SPDX-License-Identifier: MIT
+# Values of one deployment, fixed at build time. The defaults point at the local services.
+
+set(VEK_BACKEND_URL "https://localhost:8443" CACHE STRING "Scheme, host and port of the backend")
+set(VEK_TRUSTED_AUTHORITY "~/.local/share/vek-services/authority.pem" CACHE STRING
+  "PEM file of an authority trusted beside the system's; empty for none")
+set(VEK_ACCESS_TOKEN_FILE "~/.local/share/vek-services/access-token" CACHE STRING
+  "File that the local services write the access token of their one user to")
+set(VEK_MODELS_FOLDER "~/.local/share/vek/models" CACHE STRING
+  "Folder of the speech engine and its models")
+option(VEK_DEPLOYMENT_FROM_ENVIRONMENT
+  "Let a file named by VEK_DEPLOYMENT_FILE override these values; off in packages" ON)
