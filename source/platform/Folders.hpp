@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+namespace vek {
+
+/// The user's home folder.
+[[nodiscard]] std::filesystem::path homeFolder();
+
+/// Where programs keep data (XDG_DATA_HOME) and settings (XDG_CONFIG_HOME) of the user.
+[[nodiscard]] std::filesystem::path dataHome();
+[[nodiscard]] std::filesystem::path configHome();
+
+/// `text` with a leading "~/" replaced by the home folder, and "~/.local/share/" by the data home.
+[[nodiscard]] std::filesystem::path expandedPath(std::string_view text);
+
+}  // namespace vek

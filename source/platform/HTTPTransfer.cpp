@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "platform/HTTPTransfer.hpp"
+
+#include <curl/curl.h>
+#include <fmt/format.h>
+#include <openssl/err.h>
+#include <openssl/pem.h>
+#include <openssl/ssl.h>
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include "platform/Files.hpp"
+#include "platform/HTTPError.hpp"
+#include "platform/Log.hpp"
+
+namespace vek {
+namespace {
+
+HTTPError::Code errorCode(CURL* handle, CURLcode code) {
+  using enum HTTPError::Code;
+  // A signature that does not hold, unlike a name that nobody knows, counts as a failed handshake.
+  long verified = X509_V_OK;
+  curl_easy_getinfo(handle, CURLINFO_SSL_VERIFYRESULT, &verified);
+  if (code == CURLE_SSL_CONNECT_ERROR && verified != X509_V_OK) return untrustedServer;
+  switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+      return cannotFindHost;
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_SSL_CONNECT_ERROR:
+      return cannotConnect;
+    case CURLE_OPERATION_TIMEDOUT:
+      return timedOut;
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
+      return untrustedServer;
+    case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_RECV_ERROR:
+    case CURLE_SEND_ERROR:
+    case CURLE_HTTP2:
+    case CURLE_HTTP2_STREAM:
+      return connectionLost;
+    case CURLE_UNSUPPORTED_PROTOCOL:
+    case CURLE_WEIRD_SERVER_REPLY:
+      return notHTTP;
+    default:
+      return other;
+  }
+}
+
+/// The hosts that are reached without a proxy: what the environment says, and this machine.
+std::string hostsWithoutProxy() {
+  std::string hosts = "localhost,127.0.0.1,::1";
+  for (char const* variable : {"no_proxy", "NO_PROXY"}) {
+    if (char const* value = std::getenv(variable); value && *value) {
+      return hosts + "," + value;
+    }
+  }
+  return hosts;
+}
+
+void trustCertificates(X509_STORE* store, std::filesystem::path const& file) {
+  auto const pem = file.empty() ? std::nullopt : readFile(file);
+  if (!pem) return;
+  std::unique_ptr<BIO, decltype(&BIO_free)> const source(
+      BIO_new_mem_buf(pem->data(), static_cast<int>(pem->size())), BIO_free);
+  int count = 0;
+  while (X509* certificate = PEM_read_bio_X509(source.get(), nullptr, nullptr, nullptr)) {
+    X509_STORE_add_cert(store, certificate);
+    X509_free(certificate);
+    ++count;
+  }
+  ERR_clear_error();  // the end of the file counts as one
+  if (count == 0) Logger("HTTPClient").error("There is no certificate in " + file.string());
+}
+
+std::string_view trimmed(std::string_view text) {
+  constexpr char const* white = " \t\r\n";
+  auto const begin = text.find_first_not_of(white);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
+}
+
+}  // namespace
+
+struct HTTPTransfer::Callbacks {
+  static std::size_t write(char* data, std::size_t, std::size_t size, void* user) {
+    auto* self = static_cast<HTTPTransfer*>(user);
+    std::string& body = self->response_.body;
+    if (body.size() + size > self->options_.largestBody) {
+      self->bodyTooLarge_ = true;
+      return 0;
+    }
+    body.append(data, size);
+    return size;
+  }
+
+  static std::size_t header(char* data, std::size_t, std::size_t size, void* user) {
+    auto& headers = static_cast<HTTPTransfer*>(user)->response_.headers;
+    std::string_view const line(data, size);
+    // Each status line begins the headers anew: those of interim answers do not count.
+    if (line.starts_with("HTTP/")) headers.clear();
+    if (auto const colon = line.find(':'); colon != std::string_view::npos) {
+      headers.push_back(
+          {std::string(line.substr(0, colon)), std::string(trimmed(line.substr(colon + 1)))});
+    }
+    return size;
+  }
+
+  static CURLcode context(CURL*, void* context, void* user) {
+    auto const& authority = static_cast<HTTPTransfer*>(user)->options_.trustedAuthority;
+    X509_STORE* const store = SSL_CTX_get_cert_store(static_cast<SSL_CTX*>(context));
+    X509_STORE_set_default_paths(store);
+    try {
+      trustCertificates(store, authority);
+    } catch (std::exception const& error) {
+      Logger("HTTPClient").error(error.what());
+    }
+    return CURLE_OK;
+  }
+};
+
+HTTPTransfer::HTTPTransfer(HTTPRequest request, HTTPClient::Options const& options)
+    : request_(std::move(request)), options_(options), handle_(curl_easy_init()) {
+  static_assert(std::tuple_size_v<decltype(errorText_)> == CURL_ERROR_SIZE);
+  if (!handle_) throw std::bad_alloc();
+  curl_easy_setopt(handle_, CURLOPT_URL, request_.url.c_str());
+  curl_easy_setopt(handle_, CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(handle_, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
+  curl_easy_setopt(handle_, CURLOPT_NOSIGNAL, 1L);
+  curl_easy_setopt(handle_, CURLOPT_TIMEOUT_MS, static_cast<long>(request_.timeout.count()));
+  curl_easy_setopt(handle_, CURLOPT_ACCEPT_ENCODING, "");
+  curl_easy_setopt(handle_, CURLOPT_NOPROXY, hostsWithoutProxy().c_str());
+  curl_easy_setopt(handle_, CURLOPT_ERRORBUFFER, errorText_.data());
+  curl_easy_setopt(handle_, CURLOPT_WRITEFUNCTION, &Callbacks::write);
+  curl_easy_setopt(handle_, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(handle_, CURLOPT_HEADERFUNCTION, &Callbacks::header);
+  curl_easy_setopt(handle_, CURLOPT_HEADERDATA, this);
+  setMethodAndBody();
+  setHeaders();
+  setTrust();
+}
+
+HTTPTransfer::~HTTPTransfer() {
+  curl_easy_cleanup(handle_);
+  curl_slist_free_all(static_cast<curl_slist*>(headerList_));
+}
+
+void HTTPTransfer::setMethodAndBody() {
+  if (request_.body) {
+    curl_easy_setopt(handle_, CURLOPT_POSTFIELDSIZE_LARGE,
+                     static_cast<curl_off_t>(request_.body->size()));
+    curl_easy_setopt(handle_, CURLOPT_POSTFIELDS, request_.body->data());
+  } else if (request_.method == "HEAD") {
+    curl_easy_setopt(handle_, CURLOPT_NOBODY, 1L);
+  } else if (request_.method == "POST") {
+    curl_easy_setopt(handle_, CURLOPT_POSTFIELDSIZE, 0L);
+    curl_easy_setopt(handle_, CURLOPT_POSTFIELDS, "");
+  }
+  curl_easy_setopt(handle_, CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+}
+
+void HTTPTransfer::setHeaders() {
+  // An empty value leaves out a header that the library would add.
+  curl_slist* list = curl_slist_append(nullptr, "Expect:");
+  bool hasContentType = false;
+  for (auto const& [name, value] : request_.headers) {
+    hasContentType = hasContentType || name == "Content-Type";
+    list = curl_slist_append(list, fmt::format("{}: {}", name, value).c_str());
+  }
+  if (!hasContentType) list = curl_slist_append(list, "Content-Type:");
+  headerList_ = list;
+  curl_easy_setopt(handle_, CURLOPT_HTTPHEADER, list);
+}
+
+void HTTPTransfer::setTrust() {
+  // The library would read the system's whole bundle for each connection, or share one store
+  // between them; OpenSSL looks up just the authority that is asked for.
+  curl_easy_setopt(handle_, CURLOPT_CAINFO, nullptr);
+  curl_easy_setopt(handle_, CURLOPT_CAPATH, nullptr);
+  curl_easy_setopt(handle_, CURLOPT_CA_CACHE_TIMEOUT, 0L);
+  curl_easy_setopt(handle_, CURLOPT_SSL_CTX_FUNCTION, &Callbacks::context);
+  curl_easy_setopt(handle_, CURLOPT_SSL_CTX_DATA, this);
+}
+
+Result<HTTPResponse> HTTPTransfer::outcome(int number) {
+  auto const code = static_cast<CURLcode>(number);
+  if (code != CURLE_OK) {
+    std::string const detail = errorText_[0] ? errorText_.data() : curl_easy_strerror(code);
+    if (bodyTooLarge_) return std::make_exception_ptr(HTTPError(HTTPError::Code::bodyTooLarge, ""));
+    return std::make_exception_ptr(HTTPError(errorCode(handle_, code), detail));
+  }
+  long status = 0;
+  curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status);
+  response_.status = static_cast<int>(status);
+  response_.url = request_.url;
+  return std::move(response_);
+}
+
+bool HTTPTransfer::wasMultiplexed() const {
+  long version = 0;
+  curl_easy_getinfo(handle_, CURLINFO_HTTP_VERSION, &version);
+  return version == CURL_HTTP_VERSION_2_0;
+}
+
+}  // namespace vek

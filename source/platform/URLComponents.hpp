@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vek {
+
+struct URLQueryItem {
+  std::string name;
+  std::string value;
+};
+
+/// The parts of a URL, to be changed and joined again.
+class URLComponents {
+ public:
+  /// Takes `text` apart; what belongs to no part of a URL makes `url()` give nothing.
+  explicit URLComponents(std::string_view text);
+
+  /// Replaces the query. An empty list leaves a query without items: a URL that ends in "?".
+  void setQueryItems(std::vector<URLQueryItem> const& items);
+
+  /// The parts joined, whether or not they make a URL.
+  [[nodiscard]] std::string text() const;
+
+  /// The URL; nothing when the parts do not make one that names a server.
+  [[nodiscard]] std::optional<std::string> url() const;
+
+ private:
+  std::string scheme_;
+  std::string authority_;
+  std::string path_;
+  std::optional<std::string> query_;
+  std::string fragment_;
+};
+
+/// `text` with all that has a meaning of its own in a query written as %XX.
+[[nodiscard]] std::string percentEncoded(std::string_view text);
+
+}  // namespace vek
