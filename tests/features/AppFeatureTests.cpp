@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "features/AppFeature.hpp"
+
+#include <gtest/gtest.h>
+
+#include "support/TestStore.hpp"
+
+namespace vek {
+namespace {
+
+using test::TestStore;
+using State = AppFeature::State;
+using Action = AppFeature::Action;
+using List = TranscriptsListFeature::Action;
+using SessionFact = SessionFeature::DelegateAction;
+
+Action session(SessionFact fact) {
+  return Action::session{SessionFeature::Action::delegate{std::move(fact)}};
+}
+
+Action const didFinish = Action::recording{RecordingFeature::Action::delegate{
+    RecordingFeature::DelegateAction::didFinishRecordingTranscript{}}};
+Action const setUpList = Action::transcripts{List::setUp{}};
+
+TEST(AppFeatureTests, StartAsksForPermissionsFirstAndForTheSessionSecond) {
+  TestStore<AppFeature> store({}, AppFeature());
+  store.send(Action::start{});
+  store.receive(Action::permissions{PermissionsFeature::Action::setUp{}});
+  store.receive(Action::session{SessionFeature::Action::setUp{}});
+}
+
+TEST(AppFeatureTests, CarriesThreeFactsAndNoOther) {
+  TestStore<AppFeature> store({}, AppFeature());
+  store.send(session(SessionFact::isLoggedIn{}));
+  store.receive(setUpList);
+  store.send(didFinish);
+  store.receive(setUpList);
+  store.send(session(SessionFact::didLogOut{}));
+  store.receive(Action::transcripts{List::logOut{}});
+  store.send(Action::session{SessionFeature::Action::loginButtonClicked{}});
+  store.send(Action::menu{MenuFeature::Action::aboutMenuItemClicked{}});
+  store.send(Action::permissions{PermissionsFeature::Action::setUp{}});
+}
+
+TEST(AppFeatureTests, ALogoutLeavesARecordingAlone) {
+  State state;
+  state.recording.recording = Recording{.id = UUID::random()};
+  TestStore<AppFeature> store(state, AppFeature());
+  store.send(session(SessionFact::didLogOut{}));
+  store.receive(Action::transcripts{List::logOut{}});
+  EXPECT_EQ(store.state().recording, state.recording);
+}
+
+TEST(AppFeatureTests, LoadsWhileAnyButTheSessionDoes) {
+  State state;
+  EXPECT_FALSE(state.isLoading());
+  state.session.isLoading = true;
+  EXPECT_FALSE(state.isLoading());
+  for (auto* const part :
+       {&state.recording.isLoading, &state.permissions.isLoading, &state.transcripts.isLoading}) {
+    *part = true;
+    EXPECT_TRUE(state.isLoading());
+    *part = false;
+  }
+}
+
+TEST(AppFeatureTests, AChildSeesItsActionBeforeTheRootDoes) {
+  State state;
+  state.recording.error = ErrorObject(std::make_exception_ptr(std::runtime_error("old")));
+  TestStore<AppFeature> store(state, AppFeature());
+  store.send(Action::recording{RecordingFeature::Action::dismissErrorButtonClicked{}},
+             [](State& after) { after.recording.error.reset(); });
+}
+
+}  // namespace
+}  // namespace vek
