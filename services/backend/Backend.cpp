@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: MIT
+#include "services/backend/Backend.hpp"
+
+#include <fmt/format.h>
+
+#include "platform/Log.hpp"
+#include "records/CompleteTranscriptDTO.hpp"
+#include "records/CompletedTranscriptDTO.hpp"
+#include "records/CreateTranscriptDTO.hpp"
+#include "records/DateFormatter.hpp"
+#include "records/DecodingError.hpp"
+#include "records/DeletedTranscriptDTO.hpp"
+#include "records/JSON.hpp"
+#include "records/NewTranscriptDTO.hpp"
+#include "records/TranscriptContentDTO.hpp"
+#include "records/UpdateTranscriptDTO.hpp"
+#include "services/backend/Summary.hpp"
+#include "services/support/Secret.hpp"
+
+namespace vek::services {
+
+namespace {
+
+constexpr std::string_view base = "/api/v1/agents/";
+/// The path of one transcript goes on with its identifier.
+constexpr std::string_view transcripts = "transcripts/";
+
+Logger const logger("backend");
+
+/// A request that can not be granted, and why.
+struct Refusal : std::runtime_error {
+  Refusal(int status, std::string const& message) : std::runtime_error(message), status(status) {}
+  int status;
+};
+
+/// The body of getTranscriptAnalysis.
+struct AnalysisQuery {
+  std::string transcript;
+  static constexpr auto fields() {
+    return std::tuple{Field{"transcript", &AnalysisQuery::transcript}};
+  }
+};
+
+/// The body of getTranscriptContent.
+struct ContentQuery {
+  std::string transcriptID;
+  static constexpr auto fields() {
+    return std::tuple{Field{"transcript_id", &ContentQuery::transcriptID}};
+  }
+};
+
+UUID identifier(std::string_view name, std::string_view text) {
+  if (auto const id = UUID::parse(text)) return *id;
+  throw Refusal(400, fmt::format("{} is no identifier.", name));
+}
+
+std::optional<UUID> optionalIdentifier(std::string_view name,
+                                       std::optional<std::string> const& text) {
+  if (!text) return std::nullopt;
+  return identifier(name, std::string_view(*text));
+}
+
+Refusal noTranscript(UUID id) {
+  return {404, fmt::format("There is no transcript {}.", id.lowerCaseText())};
+}
+
+Refusal noCustomer(UUID id) {
+  return {404, fmt::format("There is no customer {}.", id.lowerCaseText())};
+}
+
+/// The text of a failed analysis, which goes to the log too.
+std::string logged(std::exception_ptr const& failure) {
+  std::string text = "The analysis failed.";
+  try {
+    std::rethrow_exception(failure);
+  } catch (std::exception const& error) {
+    text = error.what();
+  }
+  logger.error(text);
+  return text;
+}
+
+template <class Record>
+Response answer(Record const& record) {
+  return {.status = 200, .body = json::encode(record), .allow = {}};
+}
+
+}  // namespace
+
+struct Backend::Route {
+  std::string_view method;
+  std::string_view path;
+  void (Backend::*operation)(Call&);
+  /// The path goes on with an identifier.
+  bool takesIdentifier = false;
+
+  [[nodiscard]] bool matches(std::string_view requested) const {
+    return takesIdentifier ? requested.starts_with(path) : requested == path;
+  }
+};
+
+Backend::Route const Backend::routes[] = {
+    {"POST", "getTranscriptAnalysis", &Backend::getTranscriptAnalysis},
+    {"GET", "customers", &Backend::getCustomers},
+    {"GET", "preMeetingsBriefs", &Backend::getPreMeetingsBriefs},
+    {"POST", "createMeetingTranscript", &Backend::createTranscript},
+    {"POST", "appendMeetingTranscript", &Backend::updateTranscript},
+    {"POST", "completeMeetingTranscript", &Backend::completeTranscript},
+    {"GET", "transcripts", &Backend::getAllTranscripts},
+    {"DELETE", transcripts, &Backend::deleteTranscript, true},
+    {"GET", "getAllTranscriptsMetadata", &Backend::getAllTranscriptsMetadata},
+    {"POST", "getTranscriptContent", &Backend::getTranscriptContent},
+};
+
+void Backend::handle(Request request, Reply reply) {
+  auto const name = request.method + " " + request.path;
+  auto const fail = [&](int status, std::string_view message, std::string_view cause) {
+    logger.error(fmt::format("{}: {}", name, cause));
+    reply(Response::refusal(status, message));
+  };
+  try {
+    dispatch(std::move(request), reply);
+  } catch (Refusal const& refusal) {
+    reply(Response::refusal(refusal.status, refusal.what()));
+  } catch (DecodingError const& error) {
+    reply(Response::refusal(400, error.what()));
+  } catch (DatabaseError const& error) {
+    if (error.kind == DatabaseError::Kind::full) {
+      fail(507, "There is no room left to store this.", error.what());
+    } else {
+      fail(500, "The backend's database failed.", error.what());
+    }
+  } catch (std::exception const& error) {
+    fail(500, "The backend failed.", error.what());
+  }
+}
+
+Backend::Backend(BackendStore& store, ChatCompletions::Configuration chat) : store_(store) {
+  if (!chat.url.empty()) chat_ = std::make_unique<ChatCompletions>(std::move(chat));
+}
+
+void Backend::stop() {
+  if (chat_) chat_->stop();
+}
+
+UserID Backend::authorized(Request const& request) {
+  constexpr std::string_view scheme = "Bearer ";
+  std::string_view const value = request.authorization;
+  if (!value.starts_with(scheme)) throw Refusal(401, "An access token is required.");
+  auto const user = store_.user(tokenHash(value.substr(scheme.size())));
+  if (!user) throw Refusal(401, "The access token is not valid.");
+  return *user;
+}
+
+void Backend::dispatch(Request request, Reply reply) {
+  auto const user = authorized(request);
+  std::string_view const path = request.path;
+  auto const operation = path.starts_with(base) ? path.substr(base.size()) : std::string_view();
+  std::string allowed;
+  for (auto const& route : routes) {
+    if (!route.matches(operation)) continue;
+    if (route.method == request.method) {
+      Call call{user, std::move(request), std::move(reply)};
+      return (this->*route.operation)(call);
+    }
+    allowed = route.method;
+  }
+  if (allowed.empty()) throw Refusal(404, "There is no such endpoint.");
+  auto response = Response::refusal(405, "This endpoint takes " + allowed + " only.");
+  response.allow = allowed;
+  reply(std::move(response));
+}
+
+void Backend::analyse(std::string text, ChatCompletions::Completion done) {
+  if (!chat_) return done(summary(text));
+  if (text.empty()) return done(std::move(text));
+  chat_->analyse(std::move(text), std::move(done));
+}
+
+void Backend::getTranscriptAnalysis(Call& call) {
+  auto query = json::decode<AnalysisQuery>(call.request.body);
+  analyse(std::move(query.transcript), [reply =
+                                            std::move(call.reply)](Result<std::string> analysis) {
+    reply(analysis ? answer(analysis.value()) : Response::refusal(502, logged(analysis.error())));
+  });
+}
+
+void Backend::getCustomers(Call& call) {
+  call.reply({.status = 200, .body = store_.customers(call.user), .allow = {}});
+}
+
+void Backend::getPreMeetingsBriefs(Call& call) {
+  auto const customer = optionalIdentifier("customer_id", call.request.queryItem("customer_id"));
+  call.reply(answer(store_.briefs(call.user, customer)));
+}
+
+void Backend::createTranscript(Call& call) {
+  auto const body = json::decode<CreateTranscriptDTO>(call.request.body);
+  auto const customer = optionalIdentifier("customer_id", body.customerID);
+  if (customer && !store_.hasCustomer(call.user, *customer)) throw noCustomer(*customer);
+  // Each transcript belongs to an insight: one that is not named is new.
+  BackendStore::NewTranscript const transcript{
+      .id = UUID::random(),
+      .insightID = optionalIdentifier("insight_id", body.insightID).value_or(UUID::random()),
+      .customerID = customer,
+      .createdOn = std::chrono::system_clock::now()};
+  store_.create(call.user, transcript);
+  call.reply(answer(NewTranscriptDTO{.id = transcript.id,
+                                     .insightID = transcript.insightID,
+                                     .createdOn = DateFormatter::format(transcript.createdOn),
+                                     .customerID = transcript.customerID,
+                                     .status = TranscriptionStatusDTO::started}));
+}
+
+void Backend::updateTranscript(Call& call) {
+  auto const body = json::decode<UpdateTranscriptDTO>(call.request.body);
+  auto const id = identifier("transcript_id", body.transcriptID);
+  if (!store_.append(call.user, id, body.transcript, std::chrono::system_clock::now())) {
+    throw noTranscript(id);
+  }
+  call.reply({.status = 200, .body = "{}", .allow = {}});
+}
+
+void Backend::completeTranscript(Call& call) {
+  auto const body = json::decode<CompleteTranscriptDTO>(call.request.body);
+  auto const id = identifier("transcript_id", body.transcriptID);
+  auto const customer = identifier("customer_id", body.customerID);
+  if (!store_.hasCustomer(call.user, customer)) throw noCustomer(customer);
+  if (!store_.complete(call.user, id, customer, std::chrono::system_clock::now())) {
+    throw noTranscript(id);
+  }
+  call.reply(answer(CompletedTranscriptDTO{.status = TranscriptionStatusDTO::completed,
+                                           .llmAnalysisStatus = "ON_REQUEST"}));
+}
+
+void Backend::getAllTranscripts(Call& call) {
+  auto const customer = optionalIdentifier("customer_id", call.request.queryItem("customer_id"));
+  auto const insight = optionalIdentifier("insight_id", call.request.queryItem("insight_id"));
+  call.reply(answer(store_.transcripts(call.user, customer, insight)));
+}
+
+void Backend::deleteTranscript(Call& call) {
+  auto const text = std::string_view(call.request.path).substr(base.size() + transcripts.size());
+  auto const id = identifier("The end of the path", text);
+  if (!store_.remove(call.user, id)) throw noTranscript(id);
+  call.reply(answer(DeletedTranscriptDTO{.id = id, .status = TranscriptionStatusDTO::deleted}));
+}
+
+void Backend::getAllTranscriptsMetadata(Call& call) {
+  call.reply(answer(store_.metadata(call.user)));
+}
+
+void Backend::getTranscriptContent(Call& call) {
+  auto const query = json::decode<ContentQuery>(call.request.body);
+  auto const id = identifier("transcript_id", query.transcriptID);
+  auto text = store_.text(call.user, id);
+  if (!text) throw noTranscript(id);
+  if (auto kept = keptAnalysis(id, *text)) {
+    return call.reply(answer(TranscriptContentDTO{std::move(text), std::move(kept)}));
+  }
+  // Without an analysis the text is still worth having.
+  analyse(*text, [this, id, text, reply = std::move(call.reply)](Result<std::string> analysis) {
+    if (analysis) {
+      keep(id, *text, analysis.value());
+      reply(answer(TranscriptContentDTO{text, analysis.value()}));
+    } else {
+      logged(analysis.error());
+      reply(answer(TranscriptContentDTO{text, std::nullopt}));
+    }
+  });
+}
+
+std::optional<std::string> Backend::keptAnalysis(UUID transcript, std::string const& text) {
+  if (!chat_) return std::nullopt;
+  return store_.analysis(transcript, chat_->maker(), text.size());
+}
+
+void Backend::keep(UUID transcript, std::string const& text, std::string const& analysis) {
+  // What the rules make is made anew in less time than it takes to store it.
+  if (!chat_ || text.empty()) return;
+  try {
+    store_.setAnalysis(transcript, chat_->maker(), text.size(), analysis);
+  } catch (DatabaseError const& error) {
+    logger.error(fmt::format("An analysis was not kept: {}", error.what()));
+  }
+}
+
+}  // namespace vek::services

@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "services/backend/BackendStore.hpp"
+
+#include <fmt/format.h>
+
+#include "records/JSON.hpp"
+#include "services/backend/Schema.hpp"
+
+namespace vek::services {
+
+namespace {
+
+std::int64_t seconds(Date date) {
+  return std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
+}
+
+Date date(std::int64_t seconds) {
+  return Date(std::chrono::seconds(seconds));
+}
+
+std::optional<std::string> lowerCaseText(std::optional<UUID> const& id) {
+  if (!id) return std::nullopt;
+  return id->lowerCaseText();
+}
+
+std::string_view statusText(TranscriptionStatusDTO status) {
+  for (auto const& [known, text] : jsonTexts(status)) {
+    if (known == status) return text;
+  }
+  return {};
+}
+
+TranscriptionStatusDTO status(std::string_view stored) {
+  for (auto const& [status, text] : jsonTexts(TranscriptionStatusDTO())) {
+    if (text == stored) return status;
+  }
+  throw DatabaseError(DatabaseError::Kind::other, "A transcript has an unknown status.");
+}
+
+UUID identifier(std::string_view stored) {
+  if (auto const id = UUID::parse(stored)) return *id;
+  throw DatabaseError(DatabaseError::Kind::other, "A stored identifier is damaged.");
+}
+
+}  // namespace
+
+BackendStore::BackendStore(std::filesystem::path const& file)
+    : writer_(file, Database::Access::readWrite), reader_(file, Database::Access::readOnly) {
+  migrate();
+}
+
+void BackendStore::migrate() {
+  Transaction transaction(writer_);
+  auto const version = [this] {
+    auto rows = writer_.query("PRAGMA user_version");
+    rows.next();
+    return static_cast<std::size_t>(rows.integer(0));
+  }();
+  if (version > schema.size()) {
+    throw DatabaseError(DatabaseError::Kind::other,
+                        "The database was made by a newer version of this program.");
+  }
+  for (auto step = version; step < schema.size(); ++step) writer_.execute(schema[step]);
+  if (version < schema.size()) {
+    writer_.execute("PRAGMA user_version = " + std::to_string(schema.size()));
+  }
+  transaction.commit();
+}
+
+std::optional<UserID> BackendStore::firstUser() {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query("SELECT min(key) FROM users");
+  if (!rows.next() || rows.isNull(0)) return std::nullopt;
+  return UserID(rows.integer(0));
+}
+
+UserID BackendStore::addUser(std::string_view name, std::vector<CustomerDTO> const& customers,
+                             std::vector<CustomerBrief> const& briefs) {
+  std::lock_guard lock(writing_);
+  Transaction transaction(writer_);
+  writer_.run("INSERT INTO users (name) VALUES (?1)", name);
+  auto const user = writer_.lastKey();
+  for (auto const& customer : customers) {
+    writer_.run("INSERT INTO customers (user, id, record) VALUES (?1, ?2, ?3)", user,
+                customer.id.lowerCaseText(), json::encode(customer));
+  }
+  for (auto const& [customer, brief] : briefs) {
+    writer_.run("INSERT INTO briefs (user, customer, record) VALUES (?1, ?2, ?3)", user,
+                customer.lowerCaseText(), json::encode(brief));
+  }
+  transaction.commit();
+  return UserID(user);
+}
+
+void BackendStore::setToken(UserID user, std::string const& hash) {
+  std::lock_guard lock(writing_);
+  Transaction transaction(writer_);
+  writer_.run("DELETE FROM tokens WHERE user = ?1", std::int64_t(user));
+  writer_.run("INSERT INTO tokens (hash, user) VALUES (?1, ?2)", hash, std::int64_t(user));
+  transaction.commit();
+}
+
+std::optional<UserID> BackendStore::user(std::string const& tokenHash) {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query("SELECT user FROM tokens WHERE hash = ?1", tokenHash);
+  if (!rows.next()) return std::nullopt;
+  return UserID(rows.integer(0));
+}
+
+std::string BackendStore::customers(UserID user) {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query("SELECT record FROM customers WHERE user = ?1 ORDER BY key",
+                            std::int64_t(user));
+  std::string list = "[";
+  while (rows.next()) {
+    if (list.size() > 1) list += ',';
+    list += rows.text(0);
+  }
+  return list + "]";
+}
+
+bool BackendStore::hasCustomer(UserID user, UUID customer) {
+  std::lock_guard lock(reading_);
+  return reader_
+      .query("SELECT 1 FROM customers WHERE user = ?1 AND id = ?2", std::int64_t(user),
+             customer.lowerCaseText())
+      .next();
+}
+
+std::vector<BriefDTO> BackendStore::briefs(UserID user, std::optional<UUID> customer) {
+  std::lock_guard lock(reading_);
+  auto const id = lowerCaseText(customer);
+  auto rows =
+      reader_.query(fmt::format("SELECT record FROM briefs WHERE user = ?1 AND {} ORDER BY key",
+                                customer ? "customer = ?2" : "?2 IS NULL"),
+                    std::int64_t(user), id);
+  std::vector<BriefDTO> result;
+  while (rows.next()) result.push_back(json::decode<BriefDTO>(rows.text(0)));
+  return result;
+}
+
+void BackendStore::create(UserID user, NewTranscript const& transcript) {
+  std::lock_guard lock(writing_);
+  auto const customer = lowerCaseText(transcript.customerID);
+  writer_.run(
+      "INSERT INTO transcripts (user, id, customer, insight, status, created, modified) "
+      "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?6)",
+      std::int64_t(user), transcript.id.lowerCaseText(), customer,
+      transcript.insightID.lowerCaseText(), statusText(TranscriptionStatusDTO::started),
+      seconds(transcript.createdOn));
+}
+
+bool BackendStore::append(UserID user, UUID transcript, std::string_view added, Date now) {
+  std::lock_guard lock(writing_);
+  Transaction transaction(writer_);
+  auto const id = transcript.lowerCaseText();
+  int const known = writer_.run(
+      "UPDATE transcripts SET modified = ?3, status = CASE status WHEN ?4 THEN ?4 ELSE ?5 END "
+      "WHERE user = ?1 AND id = ?2",
+      std::int64_t(user), id, seconds(now), statusText(TranscriptionStatusDTO::completed),
+      statusText(TranscriptionStatusDTO::inProgress));
+  if (known == 0) return false;
+  writer_.run("INSERT INTO pieces (transcript, text) SELECT key, ?2 FROM transcripts WHERE id = ?1",
+              id, added);
+  transaction.commit();
+  return true;
+}
+
+bool BackendStore::complete(UserID user, UUID transcript, UUID customer, Date now) {
+  std::lock_guard lock(writing_);
+  return writer_.run(
+             "UPDATE transcripts SET customer = ?3, modified = ?4, status = ?5 "
+             "WHERE user = ?1 AND id = ?2",
+             std::int64_t(user), transcript.lowerCaseText(), customer.lowerCaseText(), seconds(now),
+             statusText(TranscriptionStatusDTO::completed)) > 0;
+}
+
+bool BackendStore::remove(UserID user, UUID transcript) {
+  std::lock_guard lock(writing_);
+  return writer_.run("DELETE FROM transcripts WHERE user = ?1 AND id = ?2", std::int64_t(user),
+                     transcript.lowerCaseText()) > 0;
+}
+
+std::optional<std::string> BackendStore::text(UserID user, UUID transcript) {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query(
+      "SELECT pieces.text FROM transcripts LEFT JOIN pieces ON pieces.transcript = transcripts.key "
+      "WHERE transcripts.user = ?1 AND transcripts.id = ?2 ORDER BY pieces.key",
+      std::int64_t(user), transcript.lowerCaseText());
+  if (!rows.next()) return std::nullopt;
+  std::string whole;
+  do whole += rows.text(0);
+  while (rows.next());
+  return whole;
+}
+
+std::optional<std::string> BackendStore::analysis(UUID transcript, std::string_view maker,
+                                                  std::size_t textSize) {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query(
+      "SELECT analyses.text FROM analyses JOIN transcripts ON transcripts.key = "
+      "analyses.transcript "
+      "WHERE transcripts.id = ?1 AND maker = ?2 AND size = ?3",
+      transcript.lowerCaseText(), maker, std::int64_t(textSize));
+  if (!rows.next()) return std::nullopt;
+  return std::string(rows.text(0));
+}
+
+void BackendStore::setAnalysis(UUID transcript, std::string_view maker, std::size_t textSize,
+                               std::string_view analysis) {
+  std::lock_guard lock(writing_);
+  writer_.run(
+      "INSERT OR REPLACE INTO analyses (transcript, maker, size, text) "
+      "SELECT key, ?2, ?3, ?4 FROM transcripts WHERE id = ?1",
+      transcript.lowerCaseText(), maker, std::int64_t(textSize), analysis);
+}
+
+std::vector<TranscriptDTO> BackendStore::transcripts(UserID user, std::optional<UUID> customer,
+                                                     std::optional<UUID> insight) {
+  std::lock_guard lock(reading_);
+  auto const customerText = lowerCaseText(customer);
+  auto const insightText = lowerCaseText(insight);
+  // A condition for each that is given, so that its index serves.
+  auto const sql = fmt::format(
+      "SELECT transcripts.id, insight, status, created, pieces.text "
+      "FROM transcripts LEFT JOIN pieces ON pieces.transcript = transcripts.key "
+      "WHERE user = ?1 AND {} AND {} ORDER BY created DESC, transcripts.key DESC, pieces.key",
+      customer ? "customer = ?2" : "?2 IS NULL", insight ? "insight = ?3" : "?3 IS NULL");
+  auto rows = reader_.query(sql, std::int64_t(user), customerText, insightText);
+  std::vector<TranscriptDTO> result;
+  while (rows.next()) {
+    auto const id = identifier(rows.text(0));
+    if (result.empty() || result.back().id != id) {
+      result.push_back({.id = id,
+                        .insightID = identifier(rows.text(1)),
+                        .transcript = {},
+                        .status = status(rows.text(2)),
+                        .createdOn = date(rows.integer(3))});
+    }
+    result.back().transcript += rows.text(4);
+  }
+  return result;
+}
+
+std::vector<TranscriptMetadataDTO> BackendStore::metadata(UserID user) {
+  std::lock_guard lock(reading_);
+  auto rows = reader_.query(
+      "SELECT id, insight, created, modified, customer FROM transcripts WHERE user = ?1 "
+      "ORDER BY created DESC, key DESC",
+      std::int64_t(user));
+  std::vector<TranscriptMetadataDTO> result;
+  while (rows.next()) {
+    TranscriptMetadataDTO row{.id = identifier(rows.text(0)),
+                              .insightID = identifier(rows.text(1)),
+                              .createdOn = date(rows.integer(2)),
+                              .lastModifiedOn = date(rows.integer(3)),
+                              .customerID = {}};
+    if (!rows.isNull(4)) row.customerID = identifier(rows.text(4));
+    result.push_back(row);
+  }
+  return result;
+}
+
+}  // namespace vek::services

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "records/BriefDTO.hpp"
+#include "records/CustomerDTO.hpp"
+#include "records/TranscriptDTO.hpp"
+#include "records/TranscriptMetadataDTO.hpp"
+#include "runtime/Date.hpp"
+#include "runtime/UUID.hpp"
+#include "services/support/Database.hpp"
+
+namespace vek::services {
+
+enum class UserID : std::int64_t {};
+
+/// A brief and the customer whom it prepares for.
+struct CustomerBrief {
+  UUID customerID;
+  BriefDTO brief;
+};
+
+/// What the backend keeps, each user's apart from the others', in one SQLite file. Any thread may
+/// call: writers wait for each other, readers for no writer. An operation either happens as a whole
+/// or throws `DatabaseError` and changes nothing.
+class BackendStore {
+ public:
+  /// Opens the file, or makes it. Throws `DatabaseError`.
+  explicit BackendStore(std::filesystem::path const& file);
+
+  /// The first user there is; nothing in a new store.
+  std::optional<UserID> firstUser();
+  UserID addUser(std::string_view name, std::vector<CustomerDTO> const& customers,
+                 std::vector<CustomerBrief> const& briefs);
+
+  /// Lets the token with this SHA-256 speak for the user, and no other token.
+  void setToken(UserID user, std::string const& hash);
+  std::optional<UserID> user(std::string const& tokenHash);
+
+  /// As a JSON list of `CustomerDTO`, in the order they were added.
+  std::string customers(UserID user);
+  bool hasCustomer(UserID user, UUID customer);
+  std::vector<BriefDTO> briefs(UserID user, std::optional<UUID> customer);
+
+  struct NewTranscript {
+    UUID id;
+    UUID insightID;
+    std::optional<UUID> customerID;
+    Date createdOn;
+  };
+  void create(UserID user, NewTranscript const& transcript);
+
+  // Of these each returns false, or nothing, when the user has no such transcript.
+
+  bool append(UserID user, UUID transcript, std::string_view text, Date now);
+  bool complete(UserID user, UUID transcript, UUID customer, Date now);
+  bool remove(UserID user, UUID transcript);
+  std::optional<std::string> text(UserID user, UUID transcript);
+
+  /// The analysis that `setAnalysis` kept, if it is by this maker and of a text of this size. As
+  /// texts only grow, that is the same text.
+  std::optional<std::string> analysis(UUID transcript, std::string_view maker,
+                                      std::size_t textSize);
+  void setAnalysis(UUID transcript, std::string_view maker, std::size_t textSize,
+                   std::string_view analysis);
+
+  // Newest first.
+
+  std::vector<TranscriptDTO> transcripts(UserID user, std::optional<UUID> customer,
+                                         std::optional<UUID> insight);
+  std::vector<TranscriptMetadataDTO> metadata(UserID user);
+
+ private:
+  void migrate();
+
+  std::mutex writing_;
+  Database writer_;
+  std::mutex reading_;
+  Database reader_;
+};
+
+}  // namespace vek::services

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/format.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+
+#include "platform/Log.hpp"
+#include "services/backend/AccessToken.hpp"
+#include "services/backend/Backend.hpp"
+#include "services/backend/SampleData.hpp"
+#include "services/support/CertificateAuthority.hpp"
+#include "services/support/DataFolder.hpp"
+#include "services/support/HTTPServer.hpp"
+#include "services/support/Options.hpp"
+
+namespace vek::services {
+
+namespace {
+
+void writeLog(LogLevel level, std::string_view, std::string_view message) {
+  fmt::print(stderr, "vek-services: {}{}\n", level == LogLevel::error ? "error: " : "", message);
+}
+
+/// Memory holds tokens and texts, so it must not end in a core file; files are for their owner
+/// alone; a write that is refused is an error and not the end.
+void hardenProcess() {
+  rlimit const none{0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+  umask(077);
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+/// The signals that end the program. Threads that start afterwards leave them to the main one.
+sigset_t blockEndingSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (int const signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, signal);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
+}
+
+std::string environmentValue(char const* name) {
+  char const* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+UserID firstUser(BackendStore& store) {
+  if (auto const user = store.firstUser()) return *user;
+  SampleData const sample(std::chrono::system_clock::now());
+  return store.addUser("local user", sample.customers, sample.briefs);
+}
+
+void run(Options const& options) {
+  hardenProcess();
+  auto const endingSignals = blockEndingSignals();
+  Logger const logger("services");
+  DataFolder const folder(options.data);
+  CertificateAuthority const authority(folder.path());
+  BackendStore store(folder / "backend.sqlite");
+  grantAccessToken(store, firstUser(store), folder / "access-token");
+  Backend backend(store, {.url = options.chatCompletions,
+                          .model = options.chatModel,
+                          .key = environmentValue("VEK_CHAT_KEY")});
+  HTTPServer server({.port = options.port,
+                     .certificate = authority.serverCertificate(),
+                     .key = authority.serverKey()},
+                    [&backend](Request request, Reply reply) {
+                      backend.handle(std::move(request), std::move(reply));
+                    });
+  logger.notice(fmt::format("started with the data in {}", folder.path().string()));
+  fmt::print("Listening on https://localhost:{}\n", server.port());
+  std::fflush(stdout);
+
+  int signal = 0;
+  sigwait(&endingSignals, &signal);
+  backend.stop();
+  server.stop();
+  logger.notice("stopped");
+}
+
+}  // namespace
+
+}  // namespace vek::services
+
+int main(int count, char** arguments) {
+  using namespace vek::services;
+  vek::LogRedirection const log(writeLog, vek::LogLevel::notice);
+  try {
+    auto const options =
+        Options::parse(std::span<char const* const>(arguments, arguments + count).subspan(1));
+    if (options.asksForHelp) {
+      fmt::print("{}", Options::help());
+      return 0;
+    }
+    run(options);
+    return 0;
+  } catch (UsageError const& error) {
+    fmt::print(stderr, "vek-services: {}\nTry 'vek-services --help'.\n", error.what());
+    return 2;
+  } catch (std::exception const& error) {
+    fmt::print(stderr, "vek-services: error: {}\n", error.what());
+    return 1;
+  }
+}

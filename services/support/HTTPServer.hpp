@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+
+#include "services/support/HTTPMessage.hpp"
+
+namespace vek::services {
+
+/// The port is taken by another program.
+struct PortInUse : std::runtime_error {
+  explicit PortInUse(std::uint16_t port);
+};
+
+struct HTTPServerConfiguration {
+  /// 0 takes any free port.
+  std::uint16_t port = 0;
+  /// PEM files of the server's certificate chain and its key.
+  std::filesystem::path certificate;
+  std::filesystem::path key;
+
+  std::size_t bodyLimit = std::size_t{16} << 20;
+  std::size_t connectionLimit = 256;
+  /// How long a client may take for the TLS handshake and for one request, and to take the answer.
+  std::chrono::seconds requestTimeout{30};
+  /// How long a connection may rest between two requests.
+  std::chrono::seconds idleTimeout{120};
+};
+
+/// An HTTPS server on the loopback addresses 127.0.0.1 and ::1, with two threads of its own.
+class HTTPServer {
+ public:
+  /// Listens when it returns. Throws `PortInUse`, or another exception with the cause.
+  HTTPServer(HTTPServerConfiguration configuration, Handler handler);
+  /// Stops.
+  ~HTTPServer();
+
+  [[nodiscard]] std::uint16_t port() const;
+
+  /// Takes no more requests, gives clients up to three seconds to take their answers, and returns
+  /// when all threads have ended. Waits for each handler that has not replied yet.
+  void stop();
+
+ private:
+  class Impl;
+  std::shared_ptr<Impl> impl_;
+};
+
+}  // namespace vek::services

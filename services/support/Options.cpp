@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "services/support/Options.hpp"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <optional>
+
+namespace vek::services {
+
+namespace {
+
+std::uint16_t port(std::string_view text) {
+  std::uint16_t number = 0;
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    throw UsageError(fmt::format("'{}' is no port: it is a number from 0 to 65535", text));
+  }
+  return number;
+}
+
+std::string url(std::string_view text) {
+  if (!text.starts_with("https://") && !text.starts_with("http://")) {
+    throw UsageError(fmt::format("'{}' is no URL of a chat-completions endpoint", text));
+  }
+  return std::string(text);
+}
+
+/// The arguments one after the other, where "--name=value" is the same as "--name value".
+class Arguments {
+ public:
+  explicit Arguments(std::span<char const* const> arguments) : rest_(arguments) {}
+
+  /// The next option's name; nothing at the end.
+  std::optional<std::string_view> next() {
+    if (value_) throw UsageError(fmt::format("{} takes no value", name_));
+    if (rest_.empty()) return std::nullopt;
+    name_ = take();
+    auto const equals = name_.find('=');
+    if (name_.starts_with("--") && equals != std::string_view::npos) {
+      value_ = name_.substr(equals + 1);
+      name_ = name_.substr(0, equals);
+    }
+    return name_;
+  }
+
+  std::string_view value() {
+    if (!value_ && !rest_.empty()) value_ = take();
+    if (!value_ || value_->empty()) throw UsageError(fmt::format("{} needs a value", name_));
+    auto const value = *value_;
+    value_.reset();
+    return value;
+  }
+
+ private:
+  std::string_view take() {
+    std::string_view const first = rest_.front();
+    rest_ = rest_.subspan(1);
+    return first;
+  }
+
+  std::span<char const* const> rest_;
+  std::string_view name_;
+  std::optional<std::string_view> value_;
+};
+
+}  // namespace
+
+Options Options::parse(std::span<char const* const> arguments) {
+  Options options;
+  Arguments rest(arguments);
+  while (auto const name = rest.next()) {
+    if (*name == "--data") {
+      options.data = rest.value();
+    } else if (*name == "--port") {
+      options.port = services::port(rest.value());
+    } else if (*name == "--chat-completions") {
+      options.chatCompletions = url(rest.value());
+    } else if (*name == "--chat-model") {
+      options.chatModel = rest.value();
+    } else if (*name == "--help" || *name == "-h") {
+      options.asksForHelp = true;
+    } else {
+      throw UsageError(fmt::format("unknown argument '{}'", *name));
+    }
+  }
+  if (options.data.empty() && !options.asksForHelp) throw UsageError("--data FOLDER is missing");
+  return options;
+}
+
+std::string_view Options::help() {
+  return R"(usage: vek-services --data FOLDER [--port N] [--chat-completions URL [--chat-model NAME]]
+
+Runs VEK's local services: the transcripts backend over HTTPS, for this machine alone.
+
+  --data FOLDER   where everything is kept; made if it is missing
+  --port N        the port to listen on (8443; 0 for any free one)
+  --chat-completions URL
+                  an endpoint that makes the analyses; without one they are made by rules
+  --chat-model NAME
+                  the model to ask for (default)
+  --help          this text
+
+FOLDER/authority.pem is the certificate authority that clients have to trust, and
+FOLDER/access-token lets them speak for the services' one user. The key for the chat-completions
+endpoint is taken from the environment variable VEK_CHAT_KEY.
+Prints "Listening on URL" when it is ready. Ends on SIGTERM or Ctrl-C.
+)";
+}
+
+}  // namespace vek::services
