@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "Clients/RecognitionProvider.hpp"
+#include "runtime/UUID.hpp"
+
+namespace vek {
+
+/// What a person typed behind `vekctl`.
+struct CommandLine {
+  /// Makes a recording until it is told to stop.
+  struct Record {
+    /// A WAV file in place of the microphone.
+    std::optional<std::filesystem::path> file = {};
+    /// In place of the setting, for this run.
+    std::optional<RecognitionProvider> provider = {};
+    /// Stops by itself after so long.
+    std::optional<std::chrono::duration<double>> duration = {};
+  };
+  struct Transcribe {
+    std::vector<std::filesystem::path> files;
+  };
+  struct Transcripts {};
+  struct Show {
+    UUID id;
+  };
+
+  std::variant<Record, Transcribe, Transcripts, Show> command;
+  /// Output for programs instead of people.
+  bool asJSON = false;
+};
+
+/// Reads the arguments. When there is nothing to run (help, version, a mistake) it has printed what
+/// there is to say and gives the exit status instead.
+std::variant<CommandLine, int> parseCommandLine(int argumentCount, char const* const* arguments);
+
+}  // namespace vek

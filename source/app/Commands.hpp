@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/CommandLine.hpp"
+#include "app/Signals.hpp"
+#include "app/Terminal.hpp"
+
+namespace vek {
+
+// What each command does, on the main thread. Each returns the exit status of the process.
+
+int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, Signals& signals);
+int transcribe(CommandLine::Transcribe const& options, bool asJSON, Terminal& terminal,
+               Signals& signals);
+int listTranscripts(bool asJSON, Terminal& terminal);
+int show(CommandLine::Show const& options, bool asJSON, Terminal& terminal);
+
+}  // namespace vek

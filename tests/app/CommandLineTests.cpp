@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "app/CommandLine.hpp"
+
+#include <fmt/format.h>
+
+#include "runtime/Match.hpp"
+
+namespace vek {
+namespace {
+
+using testing::internal::CaptureStderr;
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStderr;
+using testing::internal::GetCapturedStdout;
+
+std::string described(CommandLine::Record const& record) {
+  auto text = "record " + record.file.value_or("-").string();
+  text += record.provider ? fmt::format(" {}", rawValue(*record.provider)) : " -";
+  return text + (record.duration ? fmt::format(" {}s", record.duration->count()) : " -");
+}
+
+/// What a line means, or the exit status of one that means nothing.
+std::string meaning(std::vector<char const*> arguments) {
+  arguments.insert(arguments.begin(), "vekctl");
+  auto const parsed = parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+  if (auto const* status = std::get_if<int>(&parsed)) return std::to_string(*status);
+  auto const& line = std::get<CommandLine>(parsed);
+  auto const text = std::visit(
+      detail::Overloaded{
+          [](CommandLine::Record const& record) { return described(record); },
+          [](CommandLine::Transcribe const& transcribe) {
+            std::string files = "transcribe";
+            for (auto const& file : transcribe.files) files += " " + file.string();
+            return files;
+          },
+          [](CommandLine::Transcripts) { return std::string("transcripts"); },
+          [](CommandLine::Show const& show) { return "show " + show.id.lowerCaseText(); }},
+      line.command);
+  return text + (line.asJSON ? " json" : "");
+}
+
+TEST(CommandLine, MeansWhatItSays) {
+  EXPECT_EQ(meaning({"record"}), "record - - -");
+  EXPECT_EQ(meaning({"record", "--from", "a b.wav", "--json"}), "record a b.wav - - json");
+  EXPECT_EQ(meaning({"record", "--provider", "apple", "--for", "2.5"}), "record - apple 2.5s");
+  EXPECT_EQ(meaning({"record", "--provider=deepgram"}), "record - deepgram -");
+  EXPECT_EQ(meaning({"transcribe", "a.wav", "b.wav"}), "transcribe a.wav b.wav");
+  EXPECT_EQ(meaning({"transcribe", "--json", "--", "-a.wav"}), "transcribe -a.wav json");
+  EXPECT_EQ(meaning({"transcripts", "--json"}), "transcripts json");
+  EXPECT_EQ(meaning({"show", "41BCF776-AA28-4CCF-8362-93FA802F7F6C"}),
+            "show 41bcf776-aa28-4ccf-8362-93fa802f7f6c");
+}
+
+TEST(CommandLine, AskingForHelpIsNoMistake) {
+  CaptureStdout();
+  EXPECT_EQ(meaning({"--help"}), "0");
+  EXPECT_EQ(meaning({"record", "--help"}), "0");
+  EXPECT_THAT(GetCapturedStdout(), testing::HasSubstr("--provider apple|deepgram"));
+}
+
+TEST(CommandLine, AMistakeIsNamed) {
+  struct Mistake {
+    std::vector<char const*> arguments;
+    std::string message;
+  };
+  for (auto const& [arguments, message] : std::vector<Mistake>{
+           {{}, "A subcommand is required"},
+           {{"play"}, "A subcommand is required"},
+           {{"record", "--loud"}, "--loud"},
+           {{"record", "--provider", "other"}, "--provider: other not in {apple,deepgram}"},
+           {{"record", "--for", "0"}, "--for"},
+           {{"record", "--for", "soon"}, "--for"},
+           {{"transcribe"}, "files is required"},
+           {{"show", "first"}, "'first' is not a transcript's identifier"}}) {
+    CaptureStderr();
+    EXPECT_EQ(meaning(arguments), "2");
+    EXPECT_THAT(GetCapturedStderr(), testing::HasSubstr(message));
+  }
+}
+
+}  // namespace
+}  // namespace vek
