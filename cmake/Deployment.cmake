@@ -2,6 +2,10 @@
 # Values of one deployment, fixed at build time. The defaults point at the local services.
 
 set(VEK_BACKEND_URL "https://localhost:8443" CACHE STRING "Scheme, host and port of the backend")
+set(VEK_RECOGNISER_URL "wss://localhost:8443" CACHE STRING
+  "Scheme, host and port of the hosted recogniser")
+set(VEK_RECOGNISER_KEY "0f1e2d3c4b5a69788796a5b4c3d2e1f00f1e2d3c" CACHE STRING
+  "What the hosted recogniser knows the product by")
 set(VEK_TRUSTED_AUTHORITY "~/.local/share/vek-services/authority.pem" CACHE STRING
   "PEM file of an authority trusted beside the system's; empty for none")
 set(VEK_ACCESS_TOKEN_FILE "~/.local/share/vek-services/access-token" CACHE STRING

@@ -58,8 +58,12 @@ Current& current() {
 }  // namespace
 
 Deployment Deployment::builtIn() {
-  return {VEK_BACKEND_URL, expandedPath(VEK_TRUSTED_AUTHORITY), expandedPath(VEK_ACCESS_TOKEN_FILE),
-          expandedPath(VEK_MODELS_FOLDER)};
+  return {.backendURL = VEK_BACKEND_URL,
+          .recogniserURL = VEK_RECOGNISER_URL,
+          .recogniserKey = VEK_RECOGNISER_KEY,
+          .trustedAuthority = expandedPath(VEK_TRUSTED_AUTHORITY),
+          .accessTokenFile = expandedPath(VEK_ACCESS_TOKEN_FILE),
+          .modelsFolder = expandedPath(VEK_MODELS_FOLDER)};
 }
 
 Deployment Deployment::fromFile(std::filesystem::path const& file) {
@@ -69,6 +73,10 @@ Deployment Deployment::fromFile(std::filesystem::path const& file) {
     std::string const text(value.as_string());
     if (key == "backendURL") {
       deployment.backendURL = text;
+    } else if (key == "recogniserURL") {
+      deployment.recogniserURL = text;
+    } else if (key == "recogniserKey") {
+      deployment.recogniserKey = text;
     } else if (key == "trustedAuthority") {
       deployment.trustedAuthority = expandedPath(text);
     } else if (key == "accessTokenFile") {

@@ -13,6 +13,10 @@ namespace vek {
 struct Deployment {
   /// Scheme, host and port of the backend, without a path.
   std::string backendURL;
+  /// Scheme, host and port of the hosted recogniser, without a path.
+  std::string recogniserURL;
+  /// What the hosted recogniser knows the product by. A secret.
+  std::string recogniserKey;
   /// PEM file of an authority that is trusted beside the system's; empty for none.
   std::filesystem::path trustedAuthority;
   /// File that holds the access token until the user can log in.
