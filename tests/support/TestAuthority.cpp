@@ -24,12 +24,14 @@ void addExtension(X509* certificate, X509* issuer, int kind, char const* value) 
   X509_EXTENSION_free(extension);
 }
 
-Certificate makeCertificate(EVP_PKEY* key, char const* name, long serial) {
+constexpr long hour = 3600;
+
+Certificate makeCertificate(EVP_PKEY* key, char const* name, long serial, long end = hour) {
   Certificate certificate(X509_new(), X509_free);
   X509_set_version(certificate.get(), 2);
   ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), serial);
-  X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600);
-  X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 3600);
+  X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -2 * hour);
+  X509_gmtime_adj(X509_getm_notAfter(certificate.get()), end);
   X509_set_pubkey(certificate.get(), key);
   X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_UTF8,
                              reinterpret_cast<unsigned char const*>(name), -1, -1, 0);
@@ -53,16 +55,21 @@ TestAuthority::TestAuthority() {
   X509_sign(authority.get(), authorityKey.get(), EVP_sha256());
 
   Key const serverKey(EVP_EC_gen("P-256"), EVP_PKEY_free);
-  auto const server = makeCertificate(serverKey.get(), "localhost", 2);
-  X509_set_issuer_name(server.get(), X509_get_subject_name(authority.get()));
-  addExtension(server.get(), authority.get(), NID_subject_alt_name, "DNS:localhost");
-  X509_sign(server.get(), authorityKey.get(), EVP_sha256());
-
   auto const writeCertificate = [](X509* one) {
     return [one](FILE* file) { return PEM_write_X509(file, one); };
   };
+  long serial = 1;
+  auto const issue = [&](std::filesystem::path const& path, std::string const& name, long end) {
+    auto const server = makeCertificate(serverKey.get(), name.c_str(), ++serial, end);
+    X509_set_issuer_name(server.get(), X509_get_subject_name(authority.get()));
+    addExtension(server.get(), authority.get(), NID_subject_alt_name, ("DNS:" + name).c_str());
+    X509_sign(server.get(), authorityKey.get(), EVP_sha256());
+    writePEM(path, writeCertificate(server.get()));
+  };
+  issue(localhost().certificate, "localhost", hour);
+  issue(otherName().certificate, "elsewhere.test", hour);
+  issue(expired().certificate, "localhost", -hour);
   writePEM(this->authority(), writeCertificate(authority.get()));
-  writePEM(certificate(), writeCertificate(server.get()));
   writePEM(key(), [&](FILE* file) {
     return PEM_write_PrivateKey(file, serverKey.get(), nullptr, nullptr, 0, nullptr, nullptr);
   });
