@@ -12,17 +12,17 @@ namespace vek {
 /// names, named by VEK_DEPLOYMENT_FILE.
 struct Deployment {
   /// Scheme, host and port of the backend, without a path.
-  std::string backendURL;
+  std::string backendURL = {};
   /// Scheme, host and port of the hosted recogniser, without a path.
-  std::string recogniserURL;
+  std::string recogniserURL = {};
   /// What the hosted recogniser knows the product by. A secret.
-  std::string recogniserKey;
+  std::string recogniserKey = {};
   /// PEM file of an authority that is trusted beside the system's; empty for none.
-  std::filesystem::path trustedAuthority;
+  std::filesystem::path trustedAuthority = {};
   /// File that holds the access token until the user can log in.
-  std::filesystem::path accessTokenFile;
+  std::filesystem::path accessTokenFile = {};
   /// Folder of the speech engine and its models.
-  std::filesystem::path modelsFolder;
+  std::filesystem::path modelsFolder = {};
 
   /// The values that the build was made with.
   static Deployment builtIn();
