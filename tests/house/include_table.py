@@ -32,7 +32,7 @@ ROOMS["app"] = ALL_ROOMS
 # room, "room/*.cpp" for its sources alone. The first pattern that fits decides.
 OUTSIDE = [
     (r"Q\w+|Qt\w*/.*", {"platform/*.cpp", "views"}),
-    (r"pulse/.*|curl/.*|systemd/.*|speex/.*|libsecret/.*|onnx.*", {"platform/*.cpp"}),
+    (r"pulse/.*|gio/.*|curl/.*|systemd/.*|speex/.*|libsecret/.*|onnx.*", {"platform/*.cpp"}),
     (r"sqlite3.*\.h", {"services"}),
     (r"openssl/.*", {"platform/*.cpp", "services"}),
     (r"boost/(beast|asio)[/.].*", {"platform/*.cpp", "services"}),

@@ -61,6 +61,7 @@ std::filesystem::path writeDeployment(VekctlSurroundings const& surroundings) {
 VekctlSurroundings::VekctlSurroundings() {
   environment = {{"XDG_CONFIG_HOME", (folder / "config").string()},
                  {"XDG_RUNTIME_DIR", folder.path().string()},
+                 {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (folder / "no-session-bus").string()},
                  {"PULSE_SERVER", "unix:" + (folder / "no-sound-server").string()},
                  {"TERM", "xterm"}};
 }

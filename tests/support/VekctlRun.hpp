@@ -16,8 +16,8 @@
 
 namespace vek::test {
 
-/// What `vekctl` finds around it: a deployment, the settings of a user of its own, and no sound
-/// server but the one that `environment` names.
+/// What `vekctl` finds around it: a deployment, the settings of a user of its own, and no session
+/// bus and sound server but those that `environment` names.
 struct VekctlSurroundings {
   VekctlSurroundings();
 
