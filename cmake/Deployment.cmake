@@ -6,6 +6,10 @@ set(VEK_RECOGNISER_URL "wss://localhost:8443" CACHE STRING
   "Scheme, host and port of the hosted recogniser")
 set(VEK_RECOGNISER_KEY "0f1e2d3c4b5a69788796a5b4c3d2e1f00f1e2d3c" CACHE STRING
   "What the hosted recogniser knows the product by")
+set(VEK_AUTH_CONFIGURATION "~/.local/share/vek-services/Auth0.plist" CACHE STRING
+  "Property list with the identity provider's Domain and the ClientId that it knows the program by")
+set(VEK_AUDIENCE "https://api.vek.test" CACHE STRING
+  "Identifier by which the identity provider knows the backend: an https URL without a path")
 set(VEK_TRUSTED_AUTHORITY "~/.local/share/vek-services/authority.pem" CACHE STRING
   "PEM file of an authority trusted beside the system's; empty for none")
 set(VEK_ACCESS_TOKEN_FILE "~/.local/share/vek-services/access-token" CACHE STRING

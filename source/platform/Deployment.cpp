@@ -61,6 +61,8 @@ Deployment Deployment::builtIn() {
   return {.backendURL = VEK_BACKEND_URL,
           .recogniserURL = VEK_RECOGNISER_URL,
           .recogniserKey = VEK_RECOGNISER_KEY,
+          .authConfiguration = expandedPath(VEK_AUTH_CONFIGURATION),
+          .audience = VEK_AUDIENCE,
           .trustedAuthority = expandedPath(VEK_TRUSTED_AUTHORITY),
           .accessTokenFile = expandedPath(VEK_ACCESS_TOKEN_FILE),
           .modelsFolder = expandedPath(VEK_MODELS_FOLDER)};
@@ -77,6 +79,10 @@ Deployment Deployment::fromFile(std::filesystem::path const& file) {
       deployment.recogniserURL = text;
     } else if (key == "recogniserKey") {
       deployment.recogniserKey = text;
+    } else if (key == "authConfiguration") {
+      deployment.authConfiguration = expandedPath(text);
+    } else if (key == "audience") {
+      deployment.audience = text;
     } else if (key == "trustedAuthority") {
       deployment.trustedAuthority = expandedPath(text);
     } else if (key == "accessTokenFile") {

@@ -17,6 +17,10 @@ struct Deployment {
   std::string recogniserURL = {};
   /// What the hosted recogniser knows the product by. A secret.
   std::string recogniserKey = {};
+  /// The property list that names the identity provider, and the program to it.
+  std::filesystem::path authConfiguration = {};
+  /// The identifier by which the identity provider knows the backend.
+  std::string audience = {};
   /// PEM file of an authority that is trusted beside the system's; empty for none.
   std::filesystem::path trustedAuthority = {};
   /// File that holds the access token until the user can log in.

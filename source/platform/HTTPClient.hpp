@@ -26,6 +26,8 @@ struct HTTPRequest {
   std::optional<std::string> body = {};
   /// For the whole exchange, counted from when a connection is there for it or to be made for it.
   std::chrono::milliseconds timeout = std::chrono::seconds(60);
+  /// Where the answer has to be smaller than the client's own bound.
+  std::optional<std::size_t> largestBody = {};
 };
 
 struct HTTPResponse {

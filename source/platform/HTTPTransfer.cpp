@@ -91,7 +91,7 @@ struct HTTPTransfer::Callbacks {
   static std::size_t write(char* data, std::size_t, std::size_t size, void* user) {
     auto* self = static_cast<HTTPTransfer*>(user);
     std::string& body = self->response_.body;
-    if (body.size() + size > self->options_.largestBody) {
+    if (body.size() + size > self->request_.largestBody.value_or(self->options_.largestBody)) {
       self->bodyTooLarge_ = true;
       return 0;
     }
