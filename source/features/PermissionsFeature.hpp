@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "Clients/SpeechRecognitionProvider.hpp"
+#include "runtime/Dependency.hpp"
 #include "runtime/Effect.hpp"
 #include "runtime/ErrorObject.hpp"
 #include "runtime/ObservationIdentity.hpp"
@@ -11,7 +13,7 @@
 
 namespace vek {
 
-/// Whether the current recogniser may run. Its reducer does nothing yet: recording asks nobody.
+/// Finds out whether the recogniser that the user chose may run, and asks for it if not.
 struct PermissionsFeature {
   struct State {
     /// A request to the user is open.
@@ -62,7 +64,17 @@ struct PermissionsFeature {
     using Sum::Sum;
   };
 
-  Effect<Action> reduce(State&, Action const&) const { return Effect<Action>::none(); }
+  Effect<Action> reduce(State& state, Action const& action) const;
+
+ private:
+  using Send = vek::Send<Action>;
+  using Provider = Dependency<SpeechRecognitionProviderKey>;
+
+  static Effect<Action> reduceInternal(State& state, InternalAction const& action);
+  static Task<> lookUpEffect(Provider provider, Send send);
+  static Task<> requestEffect(Provider provider, Send send);
+
+  Provider speechRcognitionProvider;
 };
 
 }  // namespace vek

@@ -22,15 +22,22 @@ Action const didFinish = Action::recording{RecordingFeature::Action::delegate{
     RecordingFeature::DelegateAction::didFinishRecordingTranscript{}}};
 Action const setUpList = Action::transcripts{List::setUp{}};
 
+/// Clients of which none ever answers.
+void silence(DependencyValues& values) {
+  SpeechRecognitionProvider provider;
+  provider.hasPermission = []() -> Task<bool> { throw CancellationError(); };
+  values.set(speechRcognitionProvider, provider);
+}
+
 TEST(AppFeatureTests, StartAsksForPermissionsFirstAndForTheSessionSecond) {
-  TestStore<AppFeature> store({}, AppFeature());
+  TestStore<AppFeature> store({}, silence);
   store.send(Action::start{});
   store.receive(Action::permissions{PermissionsFeature::Action::setUp{}});
   store.receive(Action::session{SessionFeature::Action::setUp{}});
 }
 
 TEST(AppFeatureTests, CarriesThreeFactsAndNoOther) {
-  TestStore<AppFeature> store({}, AppFeature());
+  TestStore<AppFeature> store({}, silence);
   store.send(session(SessionFact::isLoggedIn{}));
   store.receive(setUpList);
   store.send(didFinish);
