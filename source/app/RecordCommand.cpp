@@ -3,14 +3,12 @@
 #include <optional>
 #include <string>
 
-#include "Clients/RecordingClientImpl.hpp"
 #include "Clients/SpeechRecognitionProviderImpl.hpp"
 #include "app/Commands.hpp"
 #include "app/FileSpeech.hpp"
 #include "app/RecordSession.hpp"
-#include "features/AppFeature.hpp"
+#include "features/PermissionsFeature.hpp"
 #include "platform/WaveFile.hpp"
-#include "platform/WaveFileAudioEngine.hpp"
 #include "runtime/MainQueue.hpp"
 
 namespace vek {
@@ -30,6 +28,28 @@ std::optional<std::string> problem(std::filesystem::path const& file) {
   }
 }
 
+/// Looks whether recording is permitted and asks if not, as the program's start and its button do.
+/// Tells what stands against it.
+bool isPermitted(RecordOutput& output, bool const& isAbandoned) {
+  using Action = PermissionsFeature::Action;
+  auto const store = Store<PermissionsFeature::State, Action>::make(
+      PermissionsFeature::State{}, [] { return PermissionsFeature(); });
+  auto const run = [&](Action action) {
+    auto const effects = store->send(std::move(action));
+    MainQueue::shared().runUntil([&] { return isAbandoned || effects.tasks()->isDone(); },
+                                 pollInterval);
+  };
+  run(Action::setUp{});
+  if (!store->state().hasRecordingPermissions) run(Action::requestPermissionsClicked{});
+  auto const& [isLoading, isGranted, error, identity] = store->state();
+  if (error) {
+    output.error(error->localizedDescription());
+  } else if (!isGranted && !isAbandoned) {
+    output.error("Recording is not permitted.");
+  }
+  return isGranted;
+}
+
 int runRecording(CommandLine::Record const& options, bool asJSON, Terminal& terminal,
                  Signals& signals, WaveFilePlayback const& playback) {
   RecordOutput output(terminal, asJSON);
@@ -37,30 +57,30 @@ int runRecording(CommandLine::Record const& options, bool asJSON, Terminal& term
     output.error(*found);
     return 1;
   }
-  using RecordingState = KeyPath<&AppFeature::State::recording>;
-  using RecordingAction = CasePath<AppFeature::Action, AppFeature::Action::recording>;
-  auto const store = Store<AppFeature::State, AppFeature::Action>::make(
-      AppFeature::State{}, [] { return AppFeature(); });
-  store->send(AppFeature::Action::start{});
-
-  RecordSession session(store->scope<RecordingState, RecordingAction>(), output);
   bool isAbandoned = false;
+  std::optional<RecordSession> session;
   signals.onSignal([&](int count) {
-    if (count == 1) return session.stop();
+    if (session && count == 1) return session->stop();
     isAbandoned = true;
   });
+  if (!isPermitted(output, isAbandoned)) return 1;
+
+  // Without the list of the root: to fetch it all for one recording would be a waste.
+  session.emplace(RecordSession::RecordingStore::make(RecordingFeature::State{},
+                                                      [] { return RecordingFeature(); }),
+                  output);
   auto const started = Clock::now();
   auto hasEnded = [&] {
     bool const isTimeUp = options.duration && Clock::now() - started >= *options.duration;
-    if (isTimeUp || (options.file && hasBeenSaid(playback, session.isPiecePending()))) {
-      session.stop();
+    if (isTimeUp || (options.file && hasBeenSaid(playback, session->isPiecePending()))) {
+      session->stop();
     }
-    session.advance();
-    return isAbandoned || session.isDone();
+    session->advance();
+    return isAbandoned || session->isDone();
   };
   MainQueue::shared().runUntil(hasEnded, pollInterval);
   signals.onSignal(nullptr);
-  return session.finish() ? 0 : 1;
+  return session->finish() ? 0 : 1;
 }
 
 }  // namespace
@@ -69,10 +89,7 @@ int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, 
   auto const playback = std::make_shared<WaveFilePlayback>();
   return withDependencies(
       [&](DependencyValues& values) {
-        if (options.file) {
-          auto engine = waveFileAudioEngineFactory(*options.file, WaveFilePace::asTaken, playback);
-          values.set(recordingClient, makeRecordingClient(std::move(engine)));
-        }
+        if (options.file) playFile(*options.file, playback, values);
         if (options.provider) {
           values.set(
               speechRcognitionProvider,

@@ -6,11 +6,9 @@
 #include <optional>
 
 #include "Clients/LocalSpeechRecognitionClient.hpp"
-#include "Clients/RecordingClientImpl.hpp"
 #include "app/Commands.hpp"
 #include "app/FileSpeech.hpp"
 #include "platform/WaveFile.hpp"
-#include "platform/WaveFileAudioEngine.hpp"
 #include "records/RecordingTranscript.hpp"
 #include "runtime/Environment.hpp"
 #include "runtime/ErrorObject.hpp"
@@ -57,13 +55,11 @@ std::string textOf(std::filesystem::path const& file, Terminal& terminal, bool c
   // tell.
   WaveFile const readable(file);
   auto const playback = std::make_shared<WaveFilePlayback>();
-  auto engine = waveFileAudioEngineFactory(file, WaveFilePace::asTaken, playback);
   return withDependencies(
-      [&](DependencyValues& values) {
-        values.set(recordingClient, makeRecordingClient(std::move(engine)));
-      },
+      [&](DependencyValues& values) { playFile(file, playback, values); },
       [&] {
-        auto const client = LocalSpeechRecognitionClientKey::liveValue();
+        LocalSpeechRecognitionClient const client =
+            *DependencyValues::current()[localSpeechRecognitionClient];
         Progress progress;
         auto& main = MainQueue::shared();
         spawn(main, follow(client, progress));

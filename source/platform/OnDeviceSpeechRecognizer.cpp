@@ -8,6 +8,7 @@
 
 #include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
+#include "platform/MicrophoneRules.hpp"
 #include "platform/OnnxSpeechModels.hpp"
 #include "platform/SpeechModelFiles.hpp"
 #include "platform/SpeechTranscriber.hpp"
@@ -142,11 +143,17 @@ class InstalledModels {
   std::optional<Check> checked_;
 };
 
+/// Who may not use the microphone may not have it turned into text either.
+Status microphoneStatus() {
+  return isMicrophoneAllowed() ? Status::authorized : Status::denied;
+}
+
 OnDeviceSpeechParts parts(std::shared_ptr<SpeechEngine> engine,
-                          std::shared_ptr<InstalledModels> const& models) {
+                          std::shared_ptr<InstalledModels> const& models,
+                          std::function<Status()> authorizationStatus) {
   return {.engine = std::move(engine),
           .problem = [models] { return models->problem(); },
-          .authorizationStatus = [] { return Status::authorized; }};
+          .authorizationStatus = std::move(authorizationStatus)};
 }
 
 /// The engine of this process; null until it is asked for.
@@ -174,7 +181,8 @@ OnDeviceSpeechParts installedSpeechParts(std::filesystem::path const& folder,
                                          std::chrono::milliseconds keepModelsFor) {
   auto const models = std::make_shared<InstalledModels>(folder);
   auto const load = [models] { return models->load(); };
-  return parts(std::make_shared<SpeechEngine>(load, keepModelsFor), models);
+  return parts(std::make_shared<SpeechEngine>(load, keepModelsFor), models,
+               [] { return Status::authorized; });
 }
 
 SpeechRecognizerOperations const& sharedSpeechRecognizer() {
@@ -188,7 +196,7 @@ SpeechRecognizerOperations const& sharedSpeechRecognizer() {
       return loaded;
     };
     engine = std::make_shared<SpeechEngine>(load, keepSpeechModelsFor);
-    return onDeviceSpeechRecognizer(parts(engine, models));
+    return onDeviceSpeechRecognizer(parts(engine, models, microphoneStatus));
   }();
   return operations;
 }

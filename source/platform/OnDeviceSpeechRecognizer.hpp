@@ -34,7 +34,8 @@ OnDeviceSpeechParts installedSpeechParts(
 /// and one set of models.
 SpeechRecognizerOperations onDeviceSpeechRecognizer(OnDeviceSpeechParts parts);
 
-/// The one of this process, with the models of the deployment.
+/// The one of this process, with the models of the deployment, for who may use the microphone. Its
+/// authorization is looked up anew each time and blocks for as long as `isMicrophoneAllowed` does.
 SpeechRecognizerOperations const& sharedSpeechRecognizer();
 
 /// Ends the work of that one for good and waits for it. For the end of a program: the models'
