@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <optional>
 
+#include "Clients/AuthClient.hpp"
+#include "Clients/CredentialsClient.hpp"
 #include "identity/Credentials.hpp"
+#include "runtime/Dependency.hpp"
 #include "runtime/Effect.hpp"
 #include "runtime/ErrorObject.hpp"
 #include "runtime/ObservationIdentity.hpp"
@@ -12,7 +14,7 @@
 
 namespace vek {
 
-/// The signed-in user. Its reducer does nothing yet: who uses the program is settled outside it.
+/// The signed-in user: restores a stored session, logs in on the web, logs out.
 struct SessionFeature {
   struct State {
     /// Absent means signed out.
@@ -82,7 +84,22 @@ struct SessionFeature {
     using Sum::Sum;
   };
 
-  Effect<Action> reduce(State&, Action const&) const { return Effect<Action>::none(); }
+  Effect<Action> reduce(State& state, Action const& action) const;
+
+ private:
+  using Send = vek::Send<Action>;
+  using Auth = Dependency<AuthClientKey>;
+  using CredentialsStore = Dependency<CredentialsClientKey>;
+
+  Effect<Action> reduceInternal(State& state, InternalAction const& action) const;
+
+  static Task<> restoreEffect(CredentialsStore credentialsClient, Send send);
+  static Task<> logInEffect(Auth authClient, Send send);
+  static Task<> storeEffect(CredentialsStore credentialsClient, Credentials credentials, Send send);
+  static Task<> logOutEffect(CredentialsStore credentialsClient, Send send);
+
+  Auth authClient;
+  CredentialsStore credentialsClient;
 };
 
 }  // namespace vek

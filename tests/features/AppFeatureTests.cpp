@@ -27,6 +27,9 @@ void silence(DependencyValues& values) {
   SpeechRecognitionProvider provider;
   provider.hasPermission = []() -> Task<bool> { throw CancellationError(); };
   values.set(speechRcognitionProvider, provider);
+  CredentialsClient store;
+  store.credentials = []() -> Task<Credentials> { throw CancellationError(); };
+  values.set(credentialsClient, store);
 }
 
 TEST(AppFeatureTests, StartAsksForPermissionsFirstAndForTheSessionSecond) {
@@ -44,7 +47,7 @@ TEST(AppFeatureTests, CarriesThreeFactsAndNoOther) {
   store.receive(setUpList);
   store.send(session(SessionFact::didLogOut{}));
   store.receive(Action::transcripts{List::logOut{}});
-  store.send(Action::session{SessionFeature::Action::loginButtonClicked{}});
+  store.send(Action::session{SessionFeature::Action::dismissErrorButtonClicked{}});
   store.send(Action::menu{MenuFeature::Action::aboutMenuItemClicked{}});
   store.send(Action::permissions{PermissionsFeature::Action::setUp{}});
 }
