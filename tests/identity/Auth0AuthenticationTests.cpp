@@ -110,9 +110,9 @@ TEST_F(Auth0AuthenticationTest, TellsTheProgramsVersion) {
 TEST_F(Auth0AuthenticationTest, SaysWhatTheAnswerMeans) {
   struct Case {
     ScriptedAnswer answer;
-    int status;
-    char const* code;
-    char const* description;
+    int status = 0;
+    char const* code = "";
+    char const* description = "";
   };
   for (auto const& [answer, status, code, description] : {
            Case{ScriptedAnswer::of(403, ""), 403, "a0.sdk.internal_error.empty",
