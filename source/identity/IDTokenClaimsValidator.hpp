@@ -34,7 +34,7 @@ struct IDTokenAudValidator {
 
 struct IDTokenExpValidator {
   JWT::Time baseTime;
-  int leeway;
+  int leeway = 0;
   [[nodiscard]] IDTokenFault validate(JWT const& jwt) const;
 };
 
@@ -55,8 +55,8 @@ struct IDTokenAzpValidator {
 
 struct IDTokenAuthTimeValidator {
   JWT::Time baseTime;
-  int leeway;
-  int maxAge;
+  int leeway = 0;
+  int maxAge = 0;
   [[nodiscard]] IDTokenFault validate(JWT const& jwt) const;
 };
 
