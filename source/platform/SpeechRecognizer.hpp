@@ -33,6 +33,9 @@ struct SpeechRecognitionMetadata {
   /// From the first audio of the task.
   std::chrono::milliseconds speechStart{};
   std::chrono::milliseconds speechDuration{};
+  /// Whether the speaker paused there. If not, the text was cut off because it had grown long, or
+  /// because the task was to finish.
+  bool endsAtPause = false;
 };
 
 /// What was said since the last settled result of the task, or since its start.

@@ -87,7 +87,8 @@ SpeechRecognitionResult SpeechTranscriber::settle(SpeechModels& models,
   }
   return {{text_},
           false,
-          SpeechRecognitionMetadata{segmenter_.speechStart(), segmenter_.speechDuration()}};
+          SpeechRecognitionMetadata{segmenter_.speechStart(), segmenter_.speechDuration(),
+                                    segmenter_.hasPaused()}};
 }
 
 void SpeechTranscriber::beginNextText() {

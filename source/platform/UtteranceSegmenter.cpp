@@ -50,13 +50,12 @@ UtteranceSegmenter::Event UtteranceSegmenter::add(SpeechFrame frame, float speec
     samples_.erase(samples_.begin(), samples_.end() - leadIn);
     return Event::silence;
   }
-  bool const hasPaused = silentFrames_ >= endFrames;
   bool const isTooLong = samples_.size() >= maximalLength;
   if (!isUtterance()) {
-    if (hasPaused || isTooLong) forget();
+    if (hasPaused() || isTooLong) forget();
     return Event::silence;
   }
-  if (hasPaused) return endAt(utterance().size());
+  if (hasPaused()) return endAt(utterance().size());
   if (isTooLong) {
     wasSplit_ = true;
     return endAt(quietestMoment());
@@ -87,6 +86,10 @@ std::chrono::milliseconds UtteranceSegmenter::speechDuration() const {
   auto const last = std::ranges::lower_bound(speechFrames_, utterance().size()) - 1;
   return std::chrono::milliseconds((*last + speechFrameLength - speechFrames_.front()) * 1000 /
                                    speechSampleRate);
+}
+
+bool UtteranceSegmenter::hasPaused() const {
+  return silentFrames_ >= endFrames;
 }
 
 bool UtteranceSegmenter::isUtterance() const {

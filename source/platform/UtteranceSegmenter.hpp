@@ -41,6 +41,8 @@ class UtteranceSegmenter {
   [[nodiscard]] std::chrono::milliseconds speechStart() const;
   /// The time from there to the end of its last word.
   [[nodiscard]] std::chrono::milliseconds speechDuration() const;
+  /// Whether the silence after the last word is long enough to end the utterance.
+  [[nodiscard]] bool hasPaused() const;
 
  private:
   [[nodiscard]] bool isUtterance() const;
