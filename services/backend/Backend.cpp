@@ -27,12 +27,6 @@ constexpr std::string_view transcripts = "transcripts/";
 
 Logger const logger("backend");
 
-/// A request that can not be granted, and why.
-struct Refusal : std::runtime_error {
-  Refusal(int status, std::string const& message) : std::runtime_error(message), status(status) {}
-  int status;
-};
-
 /// The body of getTranscriptAnalysis.
 struct AnalysisQuery {
   std::string transcript;
@@ -82,7 +76,7 @@ std::string logged(std::exception_ptr const& failure) {
 
 template <class Record>
 Response answer(Record const& record) {
-  return {.status = 200, .body = json::encode(record), .allow = {}};
+  return {.status = 200, .body = json::encode(record)};
 }
 
 }  // namespace
@@ -186,7 +180,7 @@ void Backend::getTranscriptAnalysis(Call& call) {
 }
 
 void Backend::getCustomers(Call& call) {
-  call.reply({.status = 200, .body = store_.customers(call.user), .allow = {}});
+  call.reply({.status = 200, .body = store_.customers(call.user)});
 }
 
 void Backend::getPreMeetingsBriefs(Call& call) {
@@ -218,7 +212,7 @@ void Backend::updateTranscript(Call& call) {
   if (!store_.append(call.user, id, body.transcript, std::chrono::system_clock::now())) {
     throw noTranscript(id);
   }
-  call.reply({.status = 200, .body = "{}", .allow = {}});
+  call.reply({.status = 200, .body = "{}"});
 }
 
 void Backend::completeTranscript(Call& call) {

@@ -43,9 +43,7 @@ std::optional<std::string> Request::queryItem(std::string_view name) const {
 }
 
 Response Response::refusal(int status, std::string_view message) {
-  return {.status = status,
-          .body = json::encode(ErrorDTO{.message = std::string(message)}),
-          .allow = {}};
+  return {.status = status, .body = json::encode(ErrorDTO{.message = std::string(message)})};
 }
 
 bool readTarget(std::string_view target, Request& request) {

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "services/support/WebSocket.hpp"
 
 namespace vek::services {
 
@@ -18,19 +22,33 @@ struct Request {
   /// The value of the header "Authorization"; empty without one.
   std::string authorization;
   std::string body;
+  bool asksForWebSocket = false;
 
   [[nodiscard]] std::optional<std::string> queryItem(std::string_view name) const;
 };
 
+/// Takes a connection over, on a server thread.
+using WebSocketHandler = std::function<void(std::shared_ptr<WebSocket>)>;
+
 /// An answer. Its body is JSON.
 struct Response {
   int status = 200;
-  std::string body;
+  std::string body = {};
   /// The methods for the header "Allow"; empty for none.
-  std::string allow;
+  std::string allow = {};
+  /// How a client that is refused with 401 has to say who it is.
+  std::string challenge = "Bearer";
+  /// In place of an answer, for a request that asks for it alone.
+  WebSocketHandler webSocket = {};
 
   /// A refusal: an `ErrorDTO` with `message`.
   static Response refusal(int status, std::string_view message);
+};
+
+/// A request that can not be granted, and why.
+struct Refusal : std::runtime_error {
+  Refusal(int code, std::string const& message) : std::runtime_error(message), status(code) {}
+  int status;
 };
 
 /// Answers one request. Called once, from any thread.

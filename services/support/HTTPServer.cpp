@@ -1,26 +1,22 @@
 // SPDX-License-Identifier: MIT
-// The only file of the HTTP server that includes Beast, which takes about a minute to compile.
-#define BOOST_BEAST_USE_STD_STRING_VIEW
+// Includes Beast, which takes about a minute to compile.
 #include "services/support/HTTPServer.hpp"
 
 #include <pthread.h>
 
-#include <atomic>
+#include "services/support/WebSocketSession.hpp"
+
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/executor_work_guard.hpp>
-#include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/ssl/context.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
 #include <boost/beast/ssl.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
 #include <condition_variable>
-#include <mutex>
 #include <thread>
-#include <unordered_set>
 
 namespace vek::services {
 
@@ -33,26 +29,8 @@ using Error = boost::system::error_code;
 
 namespace {
 
-constexpr std::size_t threadCount = 2;
 constexpr std::uint32_t headerLimit = 16 << 10;
 constexpr std::chrono::seconds stopTimeout{3};
-/// How long a client may take to agree to the end of a connection: less when the server stops.
-constexpr std::chrono::milliseconds closeTimeout{2000};
-constexpr std::chrono::milliseconds stoppingCloseTimeout{100};
-
-class Session;
-
-/// What all sessions share. A session owns it, so that a reply that is dropped after the server has
-/// gone still finds its event loop.
-struct Shared {
-  asio::io_context io{static_cast<int>(threadCount)};
-  HTTPServerConfiguration configuration;
-  Handler handler;
-  ssl::context tls{ssl::context::tls_server};
-  std::atomic<bool> stopping = false;
-  std::mutex mutex;
-  std::unordered_set<Session*> sessions;
-};
 
 /// Agrees on HTTP/1.1 with a client that offers protocols.
 int selectProtocol(SSL*, unsigned char const** selected, unsigned char* length,
@@ -68,78 +46,69 @@ int selectProtocol(SSL*, unsigned char const** selected, unsigned char* length,
 }
 
 /// One connection: handshake, then request and answer in turn. Everything runs on its strand.
-class Session : public std::enable_shared_from_this<Session> {
+class Session final : public Connection {
  public:
-  Session(tcp::socket socket, std::shared_ptr<Shared> shared)
-      : shared_(std::move(shared)), stream_(std::move(socket), shared_->tls) {
-    std::lock_guard lock(shared_->mutex);
-    shared_->sessions.insert(this);
-  }
-  Session(Session const&) = delete;
-  Session& operator=(Session const&) = delete;
-  ~Session() {
-    std::lock_guard lock(shared_->mutex);
-    shared_->sessions.erase(this);
-  }
+  Session(tcp::socket socket, std::shared_ptr<HTTPServerState> state)
+      : Connection(std::move(state)),
+        executor_(socket.get_executor()),
+        stream_(std::move(socket), this->state().tls) {}
 
   void start() {
-    transport().expires_after(shared_->configuration.requestTimeout);
-    stream_.async_handshake(ssl::stream_base::server, [self = shared_from_this()](Error error) {
+    transport().expires_after(state().configuration.requestTimeout);
+    stream_.async_handshake(ssl::stream_base::server, [self = self()](Error error) {
       if (!error) self->readHeader();
     });
   }
 
-  /// Ends the connection now if it rests, or else after the answer under way. Any thread.
-  void stop() {
-    asio::dispatch(stream_.get_executor(), [self = shared_from_this()] {
+  /// Ends the connection now if it rests, or else after the answer under way.
+  void stop() override {
+    asio::dispatch(executor_, [self = self()] {
       if (self->resting_) self->transport().cancel();
     });
   }
 
-  /// Ends the connection now, whatever is under way. Any thread.
-  void abort() {
-    asio::dispatch(stream_.get_executor(),
-                   [self = shared_from_this()] { self->transport().close(); });
+  void abort() override {
+    asio::dispatch(executor_, [self = self()] {
+      if (!self->isHandedOver_) self->transport().close();
+    });
   }
 
  private:
+  std::shared_ptr<Session> self() { return std::static_pointer_cast<Session>(shared_from_this()); }
   beast::tcp_stream& transport() { return beast::get_lowest_layer(stream_); }
 
   void readHeader() {
-    if (shared_->stopping) return close();
+    if (state().isStopping) return close();
     parser_.emplace();
     parser_->header_limit(headerLimit);
-    parser_->body_limit(shared_->configuration.bodyLimit);
-    transport().expires_after(shared_->configuration.idleTimeout);
+    parser_->body_limit(state().configuration.bodyLimit);
+    transport().expires_after(state().configuration.idleTimeout);
     resting_ = true;
     isHead_ = false;
-    http::async_read_header(stream_, buffer_, *parser_,
-                            [self = shared_from_this()](Error error, std::size_t) {
-                              self->resting_ = false;
-                              self->headerRead(error);
-                            });
+    http::async_read_header(stream_, buffer_, *parser_, [self = self()](Error error, std::size_t) {
+      self->resting_ = false;
+      self->headerRead(error);
+    });
   }
 
   void headerRead(Error error) {
     if (error) return refuse(error);
-    transport().expires_after(shared_->configuration.requestTimeout);
+    transport().expires_after(state().configuration.requestTimeout);
     auto const expectation = parser_->get()[http::field::expect];
     if (beast::iequals(expectation, "100-continue")) {
       response_ = {http::status::continue_, 11};
-      return http::async_write(stream_, response_,
-                               [self = shared_from_this()](Error failure, std::size_t) {
-                                 if (!failure) self->readBody();
-                               });
+      return http::async_write(stream_, response_, [self = self()](Error failure, std::size_t) {
+        if (!failure) self->readBody();
+      });
     }
     readBody();
   }
 
   void readBody() {
-    http::async_read(stream_, buffer_, *parser_,
-                     [self = shared_from_this()](Error error, std::size_t) {
-                       if (error) return self->refuse(error);
-                       self->handle();
-                     });
+    http::async_read(stream_, buffer_, *parser_, [self = self()](Error error, std::size_t) {
+      if (error) return self->refuse(error);
+      self->handle();
+    });
   }
 
   /// Answers what could not be read as a request, or just closes when nobody waits for an answer.
@@ -160,25 +129,34 @@ class Session : public std::enable_shared_from_this<Session> {
   }
 
   void handle() {
-    auto message = parser_->release();
-    auto const keepsAlive = message.keep_alive();
-    isHead_ = message.method() == http::verb::head;
+    message_ = parser_->release();
+    auto const keepsAlive = message_.keep_alive();
+    isHead_ = message_.method() == http::verb::head;
     Request request;
-    request.method = message.method_string();
-    request.authorization = message[http::field::authorization];
-    request.body = std::move(message.body());
-    if (!readTarget(message.target(), request)) {
+    request.method = message_.method_string();
+    request.authorization = message_[http::field::authorization];
+    request.body = std::move(message_.body());
+    request.asksForWebSocket = beast::websocket::is_upgrade(message_);
+    if (!readTarget(message_.target(), request)) {
       return write(Response::refusal(400, "The URL is malformed."), keepsAlive);
     }
     transport().expires_never();
     // The work guard keeps the threads running while the answer is being made elsewhere.
-    auto reply = [self = shared_from_this(), keepsAlive,
-                  work = asio::make_work_guard(stream_.get_executor())](Response answer) {
-      asio::dispatch(self->stream_.get_executor(), [self, keepsAlive, answer = std::move(answer)] {
+    auto reply = [self = self(), keepsAlive,
+                  work = asio::make_work_guard(executor_)](Response answer) {
+      asio::dispatch(self->executor_, [self, keepsAlive, answer = std::move(answer)] {
+        if (answer.webSocket) return self->handOver(answer.webSocket);
         self->write(answer, keepsAlive);
       });
     };
-    shared_->handler(std::move(request), std::move(reply));
+    state().handler(std::move(request), std::move(reply));
+  }
+
+  void handOver(WebSocketHandler const& handler) {
+    // No message of a WebSocket may come before the answer that agrees to it.
+    if (buffer_.size() > 0) return close();
+    isHandedOver_ = true;
+    acceptWebSocket(std::move(stream_), message_, sharedState(), handler);
   }
 
   void write(Response const& answer, bool keepsAlive) {
@@ -186,12 +164,13 @@ class Session : public std::enable_shared_from_this<Session> {
     response_.set(http::field::content_type, "application/json");
     response_.set(http::field::cache_control, "no-store");
     if (!answer.allow.empty()) response_.set(http::field::allow, answer.allow);
-    if (answer.status == 401) response_.set(http::field::www_authenticate, "Bearer");
-    response_.keep_alive(keepsAlive && !shared_->stopping);
+    if (answer.status == 401) response_.set(http::field::www_authenticate, answer.challenge);
+    if (answer.status == 426) response_.set(http::field::upgrade, "websocket");
+    response_.keep_alive(keepsAlive && !state().isStopping);
     if (!isHead_) response_.body() = answer.body;
     response_.prepare_payload();
-    transport().expires_after(shared_->configuration.requestTimeout);
-    http::async_write(stream_, response_, [self = shared_from_this()](Error error, std::size_t) {
+    transport().expires_after(state().configuration.requestTimeout);
+    http::async_write(stream_, response_, [self = self()](Error error, std::size_t) {
       if (error) return;
       if (self->response_.keep_alive()) return self->readHeader();
       if (self->lingers_) return self->linger();
@@ -208,26 +187,27 @@ class Session : public std::enable_shared_from_this<Session> {
 
   void discard() {
     buffer_.clear();
-    stream_.async_read_some(buffer_.prepare(64 << 10),
-                            [self = shared_from_this()](Error error, std::size_t) {
-                              if (error) return self->close();
-                              self->discard();
-                            });
+    stream_.async_read_some(buffer_.prepare(64 << 10), [self = self()](Error error, std::size_t) {
+      if (error) return self->close();
+      self->discard();
+    });
   }
 
   void close() {
-    transport().expires_after(shared_->stopping ? stoppingCloseTimeout : closeTimeout);
-    stream_.async_shutdown([self = shared_from_this()](Error) {});
+    transport().expires_after(state().isStopping ? stoppingCloseTimeout : closeTimeout);
+    stream_.async_shutdown([self = self()](Error) {});
   }
 
-  std::shared_ptr<Shared> shared_;
-  beast::ssl_stream<beast::tcp_stream> stream_;
+  asio::any_io_executor executor_;
+  Stream stream_;
   beast::flat_buffer buffer_;
   std::optional<http::request_parser<http::string_body>> parser_;
+  http::request<http::string_body> message_;
   http::response<http::string_body> response_;
   bool resting_ = false;
   bool lingers_ = false;
   bool isHead_ = false;
+  bool isHandedOver_ = false;
 };
 
 }  // namespace
@@ -238,22 +218,22 @@ PortInUse::PortInUse(std::uint16_t port)
 class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
  public:
   Impl(HTTPServerConfiguration configuration, Handler handler) {
-    auto& tls = shared_->tls;
+    auto& tls = state_->tls;
     SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
     SSL_CTX_set_alpn_select_cb(tls.native_handle(), selectProtocol, nullptr);
     tls.use_certificate_chain_file(configuration.certificate);
     tls.use_private_key_file(configuration.key, ssl::context::pem);
-    shared_->configuration = std::move(configuration);
-    shared_->handler = std::move(handler);
+    state_->configuration = std::move(configuration);
+    state_->handler = std::move(handler);
     listen();
   }
 
   void start() {
     for (auto& acceptor : acceptors_) accept(acceptor);
-    for (std::size_t i = 0; i < threadCount; ++i) {
+    for (int i = 0; i < HTTPServerState::threadCount; ++i) {
       threads_.emplace_back([this] {
         pthread_setname_np(pthread_self(), "https");
-        shared_->io.run();
+        state_->io.run();
       });
     }
   }
@@ -261,10 +241,10 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
   [[nodiscard]] std::uint16_t port() const { return port_; }
 
   void stop() {
-    if (shared_->stopping.exchange(true)) return;
+    if (state_->isStopping.exchange(true)) return;
     asio::dispatch(strand_, [this] {
       for (auto& acceptor : acceptors_) acceptor.close();
-      for (auto const& session : sessions()) session->stop();
+      for (auto const& connection : state_->aliveConnections()) connection->stop();
     });
     std::jthread watchdog([this](std::stop_token stop) {
       std::mutex mutex;
@@ -272,7 +252,7 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
       std::unique_lock lock(mutex);
       wake.wait_for(lock, stop, stopTimeout, [] { return false; });
       if (stop.stop_requested()) return;
-      for (auto const& session : sessions()) session->abort();
+      for (auto const& connection : state_->aliveConnections()) connection->abort();
     });
     for (auto& thread : threads_) thread.join();
   }
@@ -282,7 +262,7 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
   void listen() {
     constexpr int attempts = 20;
     for (int attempt = 1;; ++attempt) {
-      port_ = shared_->configuration.port;
+      port_ = state_->configuration.port;
       acceptors_.clear();
       try {
         listen(asio::ip::address_v4::loopback());
@@ -290,7 +270,7 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
         return;
       } catch (boost::system::system_error const& error) {
         if (error.code() != asio::error::address_in_use) throw;
-        if (shared_->configuration.port != 0 || attempt == attempts) throw PortInUse(port_);
+        if (state_->configuration.port != 0 || attempt == attempts) throw PortInUse(port_);
       }
     }
   }
@@ -315,14 +295,14 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
   }
 
   void accept(tcp::acceptor& acceptor) {
-    acceptor.async_accept(asio::make_strand(shared_->io),
+    acceptor.async_accept(asio::make_strand(state_->io),
                           [this, &acceptor](Error error, tcp::socket socket) {
                             if (!acceptor.is_open()) return;
                             if (error) return acceptLater(acceptor);
-                            if (hasRoom()) {
+                            if (state_->hasRoom()) {
                               Error ignored;
                               std::ignore = socket.set_option(tcp::no_delay(true), ignored);
-                              std::make_shared<Session>(std::move(socket), shared_)->start();
+                              std::make_shared<Session>(std::move(socket), state_)->start();
                             }
                             accept(acceptor);
                           });
@@ -336,23 +316,8 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
     });
   }
 
-  /// All there are, kept alive so that they can be told something.
-  [[nodiscard]] std::vector<std::shared_ptr<Session>> sessions() {
-    std::vector<std::shared_ptr<Session>> alive;
-    std::lock_guard lock(shared_->mutex);
-    for (auto* session : shared_->sessions) {
-      if (auto owned = session->weak_from_this().lock()) alive.push_back(std::move(owned));
-    }
-    return alive;
-  }
-
-  [[nodiscard]] bool hasRoom() {
-    std::lock_guard lock(shared_->mutex);
-    return shared_->sessions.size() < shared_->configuration.connectionLimit;
-  }
-
-  std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
-  asio::strand<asio::io_context::executor_type> strand_ = asio::make_strand(shared_->io);
+  std::shared_ptr<HTTPServerState> state_ = std::make_shared<HTTPServerState>();
+  asio::strand<asio::io_context::executor_type> strand_ = asio::make_strand(state_->io);
   std::vector<tcp::acceptor> acceptors_;
   std::uint16_t port_ = 0;
   std::vector<std::thread> threads_;

@@ -30,7 +30,14 @@ struct HTTPServerConfiguration {
   std::chrono::seconds requestTimeout{30};
   /// How long a connection may rest between two requests.
   std::chrono::seconds idleTimeout{120};
+
+  /// The longest message of a WebSocket, and how long the wait for one may take: then the
+  /// connection is closed with 1011.
+  std::size_t messageLimit = std::size_t{1} << 20;
+  std::chrono::milliseconds messageTimeout{60'000};
 };
+
+struct HTTPServerState;
 
 /// An HTTPS server on the loopback addresses 127.0.0.1 and ::1, with two threads of its own.
 class HTTPServer {
