@@ -9,10 +9,13 @@
 #include <cstdlib>
 #include <span>
 
+#include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
+#include "platform/OnDeviceSpeechRecognizer.hpp"
 #include "services/backend/AccessToken.hpp"
 #include "services/backend/Backend.hpp"
 #include "services/backend/SampleData.hpp"
+#include "services/recogniser/Listen.hpp"
 #include "services/support/CertificateAuthority.hpp"
 #include "services/support/DataFolder.hpp"
 #include "services/support/HTTPServer.hpp"
@@ -67,10 +70,12 @@ void run(Options const& options) {
   Backend backend(store, {.url = options.chatCompletions,
                           .model = options.chatModel,
                           .key = environmentValue("VEK_CHAT_KEY")});
+  Listen listen(installedSpeechParts(deployment().modelsFolder), deployment().recogniserKey);
   HTTPServer server({.port = options.port,
                      .certificate = authority.serverCertificate(),
                      .key = authority.serverKey()},
-                    [&backend](Request request, Reply reply) {
+                    [&backend, &listen](Request request, Reply reply) {
+                      if (request.path == Listen::path) return listen.handle(request, reply);
                       backend.handle(std::move(request), std::move(reply));
                     });
   logger.notice(fmt::format("started with the data in {}", folder.path().string()));

@@ -91,7 +91,8 @@ Options Options::parse(std::span<char const* const> arguments) {
 std::string_view Options::help() {
   return R"(usage: vek-services --data FOLDER [--port N] [--chat-completions URL [--chat-model NAME]]
 
-Runs VEK's local services: the transcripts backend over HTTPS, for this machine alone.
+Runs VEK's local services for this machine alone: the transcripts backend over HTTPS, and the hosted
+recogniser over WebSockets on the same port.
 
   --data FOLDER   where everything is kept; made if it is missing
   --port N        the port to listen on (8443; 0 for any free one)
