@@ -4,8 +4,10 @@
 #include <optional>
 #include <utility>
 
+#include "Clients/APIClient.hpp"
 #include "records/Customer.hpp"
 #include "records/Transcript.hpp"
+#include "runtime/Dependency.hpp"
 #include "runtime/Effect.hpp"
 #include "runtime/ErrorObject.hpp"
 #include "runtime/IdentifiedArray.hpp"
@@ -14,7 +16,8 @@
 
 namespace vek {
 
-/// One opened transcript. Its reducer does nothing yet.
+/// One opened transcript: shows its text and analysis, gets an analysis where none is there and
+/// assigns a customer. What changes is told to the list.
 struct TranscriptFeature {
   struct State {
     /// This window's own copy.
@@ -104,7 +107,22 @@ struct TranscriptFeature {
     using Sum::Sum;
   };
 
-  Effect<Action> reduce(State&, Action const&) const { return Effect<Action>::none(); }
+  Effect<Action> reduce(State& state, Action const& action) const;
+
+ private:
+  using Send = vek::Send<Action>;
+  using API = Dependency<APIClientKey>;
+
+  Effect<Action> reduceAppearance(State& state) const;
+  Effect<Action> reduceRefetch(State& state) const;
+  Effect<Action> reduceAssignment(State& state) const;
+  static Effect<Action> reduceInternal(State& state, InternalAction const& action);
+
+  static Task<> analysisEffect(API apiClient, SharedText text, Send send);
+  static Task<> refetchEffect(API apiClient, Transcript transcript, Send send);
+  static Task<> assignmentEffect(API apiClient, UUID customer, UUID transcript, Send send);
+
+  API apiClient;
 };
 
 }  // namespace vek
