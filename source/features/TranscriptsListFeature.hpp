@@ -9,12 +9,14 @@
 #include "records/CustomerDTO.hpp"
 #include "records/TranscriptContent.hpp"
 #include "records/TranscriptMetadataDTO.hpp"
+#include "runtime/ForEach.hpp"
 #include "runtime/IdentifiedAction.hpp"
 #include "runtime/Sum.hpp"
 
 namespace vek {
 
-/// What the user can browse. Its reducer does nothing yet.
+/// What the user can browse: the list of transcripts with their texts, the customers, and the
+/// transcripts that are open.
 struct TranscriptsListFeature {
   struct State {
     /// Newest first.
@@ -102,7 +104,34 @@ struct TranscriptsListFeature {
     using Sum::Sum;
   };
 
-  Effect<Action> reduce(State&, Action const&) const { return Effect<Action>::none(); }
+  Effect<Action> reduce(State& state, Action const& action) const {
+    return withOpenedTranscripts.reduce(state, action);
+  }
+
+ private:
+  /// The list's own step.
+  struct List {
+    using State = TranscriptsListFeature::State;
+    using Action = TranscriptsListFeature::Action;
+    using Send = vek::Send<Action>;
+    using API = Dependency<APIClientKey>;
+
+    Effect<Action> reduce(State& state, Action const& action) const;
+    Effect<Action> reduceInternal(State& state, InternalAction const& action) const;
+    Effect<Action> showList(State& state, std::vector<TranscriptMetadataDTO> const& metadata) const;
+
+    static Task<> loadEffect(API apiClient, Send send);
+    static Task<> contentsEffect(API apiClient, std::vector<UUID> ids, Send send);
+
+    API apiClient;
+  };
+
+  using OpenedTranscripts = KeyPath<&State::openedTranscripts>;
+  using OpenedTranscript = CasePath<Action, Action::transcript>;
+
+  _ForEachReducer<List, OpenedTranscripts, OpenedTranscript, TranscriptFeature>
+      withOpenedTranscripts =
+          forEach<OpenedTranscripts, OpenedTranscript>(List(), TranscriptFeature());
 };
 
 }  // namespace vek

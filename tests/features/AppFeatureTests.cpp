@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/PendingCalls.hpp"
 #include "support/TestStore.hpp"
 
 namespace vek {
@@ -22,8 +23,16 @@ Action const didFinish = Action::recording{RecordingFeature::Action::delegate{
     RecordingFeature::DelegateAction::didFinishRecordingTranscript{}}};
 Action const setUpList = Action::transcripts{List::setUp{}};
 
-/// Clients of which none ever answers.
+/// A backend that never answers.
+test::PendingCalls<std::vector<CustomerDTO>> customerCalls;
+test::PendingCalls<std::vector<TranscriptMetadataDTO>> metadataCalls;
+
+/// Clients of which none has anything to say.
 void silence(DependencyValues& values) {
+  APIClient api;
+  api.getCustomers = [] { return customerCalls.call(); };
+  api.getAllTranscriptsMetadata = [] { return metadataCalls.call(); };
+  values.set(apiClient, api);
   SpeechRecognitionProvider provider;
   provider.hasPermission = []() -> Task<bool> { throw CancellationError(); };
   values.set(speechRcognitionProvider, provider);
@@ -41,12 +50,14 @@ TEST(AppFeatureTests, StartAsksForPermissionsFirstAndForTheSessionSecond) {
 
 TEST(AppFeatureTests, CarriesThreeFactsAndNoOther) {
   TestStore<AppFeature> store({}, silence);
-  store.send(session(SessionFact::isLoggedIn{}));
-  store.receive(setUpList);
-  store.send(didFinish);
+  auto const loggedIn = store.send(session(SessionFact::isLoggedIn{}));
+  store.receive(setUpList, [](State& state) { state.transcripts.isLoading = true; });
+  auto const recorded = store.send(didFinish);
   store.receive(setUpList);
   store.send(session(SessionFact::didLogOut{}));
   store.receive(Action::transcripts{List::logOut{}});
+  loggedIn.cancel();
+  recorded.cancel();
   store.send(Action::session{SessionFeature::Action::dismissErrorButtonClicked{}});
   store.send(Action::menu{MenuFeature::Action::aboutMenuItemClicked{}});
   store.send(Action::permissions{PermissionsFeature::Action::setUp{}});
