@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <system_error>
+#include <thread>
+#include <utility>
 
 namespace vek {
 namespace {
@@ -31,6 +33,7 @@ class Descriptor {
 
   [[nodiscard]] int value() const { return value_; }
   [[nodiscard]] bool isOpen() const { return value_ >= 0; }
+  int release() { return std::exchange(value_, -1); }
 
  private:
   int value_;
@@ -72,7 +75,8 @@ std::optional<std::string> readFile(std::filesystem::path const& file) {
 
 void replaceFile(std::filesystem::path const& file, std::string_view content) {
   makeFolder(file.parent_path());
-  std::string temporary = file.string() + ".XXXXXX";
+  std::string temporary =
+      (file.parent_path() / ("." + file.filename().string() + ".XXXXXX")).string();
   Descriptor const descriptor(mkostemp(temporary.data(), O_CLOEXEC));  // made with mode 0600
   if (!descriptor.isOpen()) throw failure(temporary);
   try {
@@ -88,16 +92,23 @@ void replaceFile(std::filesystem::path const& file, std::string_view content) {
   if (folder.isOpen()) fsync(folder.value());  // makes the new name last, where that is possible
 }
 
-FileLock::FileLock(std::filesystem::path const& file) {
+FileLock::FileLock(std::filesystem::path const& file)
+    : FileLock(file, std::chrono::milliseconds::max()) {}
+
+FileLock::FileLock(std::filesystem::path const& file, std::chrono::milliseconds limit) {
   makeFolder(file.parent_path());
-  descriptor_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (descriptor_ < 0) throw failure(file);
-  while (flock(descriptor_, LOCK_EX) != 0) {
+  Descriptor descriptor(file, O_RDWR | O_CREAT, 0600);
+  if (!descriptor.isOpen()) throw failure(file);
+  bool const isEndless = limit == std::chrono::milliseconds::max();
+  auto const begin = std::chrono::steady_clock::now();
+  while (flock(descriptor.value(), isEndless ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
     if (errno == EINTR) continue;
-    int const code = errno;
-    close(descriptor_);
-    throw failure(file, code);
+    if (errno != EWOULDBLOCK) throw failure(file);
+    // The system has no wait for a lock that ends by itself.
+    if (std::chrono::steady_clock::now() - begin >= limit) throw failure(file, ETIMEDOUT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
+  descriptor_ = descriptor.release();
 }
 
 FileLock::~FileLock() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -14,20 +15,24 @@ namespace vek {
 
 /// Puts `content` in the place of a file that only the user may read. A reader, or a loss of
 /// power, finds either the old content or the new. Missing folders are made, for the user alone.
-/// Throws std::system_error.
+/// A process that is killed meanwhile leaves a file behind whose name begins with a dot and that of
+/// `file`. Throws std::system_error.
 void replaceFile(std::filesystem::path const& file, std::string_view content);
 
 /// Holds a lock between processes, on a file that is made when it is missing, for as long as it
-/// lives. Waits for the lock. Throws std::system_error.
+/// lives or its process does. Throws std::system_error.
 class FileLock {
  public:
+  /// Waits for the lock.
   explicit FileLock(std::filesystem::path const& file);
+  /// Waits so long; the error is then std::errc::timed_out.
+  FileLock(std::filesystem::path const& file, std::chrono::milliseconds limit);
   FileLock(FileLock const&) = delete;
   FileLock& operator=(FileLock const&) = delete;
   ~FileLock();
 
  private:
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 }  // namespace vek
