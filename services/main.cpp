@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <fmt/format.h>
 #include <pthread.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <csignal>
@@ -9,6 +8,7 @@
 #include <cstdlib>
 #include <span>
 
+#include "platform/CoreDumps.hpp"
 #include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
 #include "platform/OnDeviceSpeechRecognizer.hpp"
@@ -32,8 +32,7 @@ void writeLog(LogLevel level, std::string_view, std::string_view message) {
 /// Memory holds tokens and texts, so it must not end in a core file; files are for their owner
 /// alone; a write that is refused is an error and not the end.
 void hardenProcess() {
-  rlimit const none{0, 0};
-  setrlimit(RLIMIT_CORE, &none);
+  disableCoreDumps();
   umask(077);
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);

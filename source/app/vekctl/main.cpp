@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <sys/resource.h>
-
 #include <cstdlib>
 
 #include "app/Commands.hpp"
+#include "platform/CoreDumps.hpp"
 #include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
 #include "platform/OnDeviceSpeechRecognizer.hpp"
@@ -37,9 +36,7 @@ struct SpeechRecognizerStop {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  // A core dump would hold the access token.
-  rlimit const none{0, 0};
-  setrlimit(RLIMIT_CORE, &none);
+  vek::disableCoreDumps();
   auto const line = vek::parseCommandLine(argumentCount, arguments);
   if (auto const* status = std::get_if<int>(&line)) return *status;
   vek::Signals signals;
