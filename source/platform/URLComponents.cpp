@@ -2,6 +2,7 @@
 #include "platform/URLComponents.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -13,6 +14,12 @@ constexpr bool isLetter(char c) {
 }
 constexpr bool isDigit(char c) {
   return c >= '0' && c <= '9';
+}
+/// The value of a digit, or -1.
+constexpr int hexadecimal(char c) {
+  if (isDigit(c)) return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
 }
 constexpr bool isPrintable(char c) {
   return c > ' ' && c < 0x7f;
@@ -52,6 +59,21 @@ void URLComponents::setQueryItems(std::vector<URLQueryItem> const& items) {
   }
 }
 
+std::string URLComponents::host() const {
+  std::string_view host(authority_);
+  if (auto const user = host.rfind('@'); user != host.npos) host.remove_prefix(user + 1);
+  bool const isAddress = host.starts_with('[');
+  return std::string(host.substr(0, host.find(':', isAddress ? host.find(']') : 0)));
+}
+
+std::string_view URLComponents::fragment() const {
+  return std::string_view(fragment_).substr(fragment_.empty() ? 0 : 1);
+}
+
+std::optional<std::vector<URLQueryItem>> URLComponents::queryItems() const {
+  return vek::queryItems(query_.value_or(""));
+}
+
 std::string URLComponents::text() const {
   std::string text = scheme_.empty() ? "" : scheme_ + "://";
   text += authority_ + path_;
@@ -82,6 +104,37 @@ std::string percentEncoded(std::string_view text) {
     }
   }
   return encoded;
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+  std::string decoded;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '%') {
+      decoded += text[i];
+      continue;
+    }
+    if (i + 2 >= text.size()) return std::nullopt;
+    int const high = hexadecimal(text[++i]);
+    int const low = hexadecimal(text[++i]);
+    if (high < 0 || low < 0) return std::nullopt;
+    decoded += static_cast<char>(high * 16 + low);
+  }
+  return decoded;
+}
+
+std::optional<std::vector<URLQueryItem>> queryItems(std::string_view query) {
+  std::vector<URLQueryItem> items;
+  while (!query.empty()) {
+    auto const item = query.substr(0, query.find('&'));
+    query.remove_prefix(std::min(item.size() + 1, query.size()));
+    auto const equals = item.find('=');
+    if (equals == item.npos) continue;
+    auto name = percentDecoded(item.substr(0, equals));
+    auto value = percentDecoded(item.substr(equals + 1));
+    if (!name || !value) return std::nullopt;
+    items.push_back({std::move(*name), std::move(*value)});
+  }
+  return items;
 }
 
 }  // namespace vek

@@ -22,6 +22,16 @@ class URLComponents {
   /// Replaces the query. An empty list leaves a query without items: a URL that ends in "?".
   void setQueryItems(std::vector<URLQueryItem> const& items);
 
+  [[nodiscard]] std::string const& scheme() const { return scheme_; }
+  /// Without user and port.
+  [[nodiscard]] std::string host() const;
+  /// Still percent-encoded.
+  [[nodiscard]] std::string const& path() const { return path_; }
+  /// Still percent-encoded, without its "#".
+  [[nodiscard]] std::string_view fragment() const;
+  /// Decoded; items without a value are left out. Nothing when one cannot be decoded.
+  [[nodiscard]] std::optional<std::vector<URLQueryItem>> queryItems() const;
+
   /// The parts joined, whether or not they make a URL.
   [[nodiscard]] std::string text() const;
 
@@ -38,5 +48,12 @@ class URLComponents {
 
 /// `text` with all that has a meaning of its own in a query written as %XX.
 [[nodiscard]] std::string percentEncoded(std::string_view text);
+
+/// The text that `text` is the encoding of; nothing when a "%" is not followed by two digits.
+[[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
+
+/// The pairs in "name=value&name=value", decoded. Parts without "=" are left out; a value reaches
+/// up to the next "&". Nothing when one cannot be decoded.
+[[nodiscard]] std::optional<std::vector<URLQueryItem>> queryItems(std::string_view query);
 
 }  // namespace vek
