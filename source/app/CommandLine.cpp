@@ -36,6 +36,7 @@ struct Grammar {
 
   CLI::App* recordCommand = add("record", "Record until Ctrl-C, and store the text as it is said");
   CLI::App* transcribeCommand = add("transcribe", "Print the text of WAV files; nothing is stored");
+  CLI::App* providerCommand = add("provider", "Print or set the recogniser that recordings use");
   CLI::App* transcriptsCommand = add("transcripts", "List the stored transcripts, newest first");
   CLI::App* showCommand = add("show", "Print a stored transcript and its analysis");
 
@@ -52,6 +53,9 @@ struct Grammar {
     transcribeCommand->add_option("files", transcribe.files, "The files, a line of text each")
         ->required()
         ->type_name("FILE.wav");
+    providerCommand->add_option("provider", provider, "Of recordings that start from now on")
+        ->check(CLI::IsMember(providerNames()))
+        ->type_name("apple|deepgram");
     showCommand->add_option("id", id, "As `vekctl record` and `vekctl transcripts` print it")
         ->required()
         ->check(isIdentifier);
@@ -64,6 +68,9 @@ struct Grammar {
       return {record, asJSON};
     }
     if (transcribeCommand->parsed()) return {transcribe, asJSON};
+    if (providerCommand->parsed()) {
+      return {CommandLine::Provider{recognitionProvider(provider)}, asJSON};
+    }
     if (transcriptsCommand->parsed()) return {CommandLine::Transcripts{}, asJSON};
     return {CommandLine::Show{*UUID::parse(id)}, asJSON};
   }

@@ -27,12 +27,17 @@ struct CommandLine {
   struct Transcribe {
     std::vector<std::filesystem::path> files;
   };
+  /// The setting: which recogniser recordings use.
+  struct Provider {
+    /// What it shall be from now on; without one it is only told.
+    std::optional<RecognitionProvider> choice = {};
+  };
   struct Transcripts {};
   struct Show {
     UUID id;
   };
 
-  std::variant<Record, Transcribe, Transcripts, Show> command;
+  std::variant<Record, Transcribe, Provider, Transcripts, Show> command;
   /// Output for programs instead of people.
   bool asJSON = false;
 };

@@ -12,6 +12,7 @@ namespace vek {
 int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, Signals& signals);
 int transcribe(CommandLine::Transcribe const& options, bool asJSON, Terminal& terminal,
                Signals& signals);
+int provider(CommandLine::Provider const& options, bool asJSON, Terminal& terminal);
 int listTranscripts(bool asJSON, Terminal& terminal);
 int show(CommandLine::Show const& options, bool asJSON, Terminal& terminal);
 

@@ -11,10 +11,13 @@
 
 namespace vek {
 
-void playFile(std::filesystem::path const& file, std::shared_ptr<WaveFilePlayback> const& playback,
-              DependencyValues& values) {
+void playFile(std::filesystem::path const& file, RecognitionProvider recogniser,
+              std::shared_ptr<WaveFilePlayback> const& playback, DependencyValues& values) {
   using Status = SpeechRecognizerAuthorizationStatus;
-  auto engine = waveFileAudioEngineFactory(file, WaveFilePace::asTaken, playback);
+  // What has been sent over a network may still lie in it by the minute.
+  auto const pace =
+      recogniser == RecognitionProvider::apple ? WaveFilePace::asTaken : WaveFilePace::realTime;
+  auto engine = waveFileAudioEngineFactory(file, pace, playback);
   values.set(recordingClient, makeRecordingClient(std::move(engine)));
   auto recognizer = sharedSpeechRecognizer();
   recognizer.authorizationStatus = [] { return Status::authorized; };
@@ -28,13 +31,15 @@ void playFile(std::filesystem::path const& file, std::shared_ptr<WaveFilePlaybac
   values.set(localSpeechRecognitionClient, client);
 }
 
-bool hasBeenSaid(WaveFilePlayback const& playback, bool isPiecePending) {
+bool hasBeenSaid(WaveFilePlayback const& playback, FileText const& text) {
   using std::chrono_literals::operator""s;
-  // Twice the pause that settles a piece, and more than any recogniser takes to give one up.
-  constexpr auto settles = 2s;
+  bool const isHosted = text.recogniser != RecognitionProvider::apple;
+  // Twice the pause that settles a piece, and the time that it may be on its way; and more than any
+  // recogniser takes to give a piece up, or to begin.
+  auto const settles = isHosted ? 4s : 2s;
   constexpr auto givesUp = 15s;
-  return playback.hasPlayedFile() &&
-         playback.silencePlayed() >= (isPiecePending ? givesUp : settles);
+  bool const isTextDue = text.isPiecePending || (isHosted && !text.hasPieces);
+  return playback.hasPlayedFile() && playback.silencePlayed() >= (isTextDue ? givesUp : settles);
 }
 
 }  // namespace vek

@@ -4,19 +4,28 @@
 #include <filesystem>
 #include <memory>
 
+#include "Clients/RecognitionProvider.hpp"
 #include "platform/WaveFilePlayback.hpp"
 #include "runtime/DependencyValues.hpp"
 
 namespace vek {
 
 /// Puts a WAV file in the place of the microphone. The recogniser on this machine then needs
-/// nobody's permission.
-void playFile(std::filesystem::path const& file, std::shared_ptr<WaveFilePlayback> const& playback,
-              DependencyValues& values);
+/// nobody's permission and hears it as fast as it can; a hosted one hears it as it was spoken.
+void playFile(std::filesystem::path const& file, RecognitionProvider recogniser,
+              std::shared_ptr<WaveFilePlayback> const& playback, DependencyValues& values);
+
+/// What a recogniser has made of a played file so far.
+struct FileText {
+  RecognitionProvider recogniser;
+  bool isPiecePending;
+  /// Whether any piece is settled.
+  bool hasPieces;
+};
 
 /// True when a played file has been said to its end: what follows is silence, long enough for the
-/// recogniser to have settled its last words, and no piece is pending. A piece that stays pending
-/// is not waited for without end.
-bool hasBeenSaid(WaveFilePlayback const& playback, bool isPiecePending);
+/// recogniser to have settled its last words, and no more text is to be expected. A piece that
+/// stays pending is not waited for without end.
+bool hasBeenSaid(WaveFilePlayback const& playback, FileText const& text);
 
 }  // namespace vek

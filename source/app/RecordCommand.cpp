@@ -50,8 +50,8 @@ bool isPermitted(RecordOutput& output, bool const& isAbandoned) {
   return isGranted;
 }
 
-int runRecording(CommandLine::Record const& options, bool asJSON, Terminal& terminal,
-                 Signals& signals, WaveFilePlayback const& playback) {
+int runRecording(CommandLine::Record const& options, RecognitionProvider recogniser, bool asJSON,
+                 Terminal& terminal, Signals& signals, WaveFilePlayback const& playback) {
   RecordOutput output(terminal, asJSON);
   if (auto const found = options.file ? problem(*options.file) : std::nullopt) {
     output.error(*found);
@@ -72,7 +72,8 @@ int runRecording(CommandLine::Record const& options, bool asJSON, Terminal& term
   auto const started = Clock::now();
   auto hasEnded = [&] {
     bool const isTimeUp = options.duration && Clock::now() - started >= *options.duration;
-    if (isTimeUp || (options.file && hasBeenSaid(playback, session->isPiecePending()))) {
+    FileText const text{recogniser, session->isPiecePending(), session->hasPieces()};
+    if (isTimeUp || (options.file && hasBeenSaid(playback, text))) {
       session->stop();
     }
     session->advance();
@@ -87,9 +88,10 @@ int runRecording(CommandLine::Record const& options, bool asJSON, Terminal& term
 
 int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, Signals& signals) {
   auto const playback = std::make_shared<WaveFilePlayback>();
+  auto const recogniser = options.provider.value_or(recognitionProviderSetting());
   return withDependencies(
       [&](DependencyValues& values) {
-        if (options.file) playFile(*options.file, playback, values);
+        if (options.file) playFile(*options.file, recogniser, playback, values);
         if (options.provider) {
           values.set(
               speechRcognitionProvider,
@@ -97,7 +99,7 @@ int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, 
                   [provider = *options.provider] { return provider; })));
         }
       },
-      [&] { return runRecording(options, asJSON, terminal, signals, *playback); });
+      [&] { return runRecording(options, recogniser, asJSON, terminal, signals, *playback); });
 }
 
 }  // namespace vek

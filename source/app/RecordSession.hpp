@@ -29,6 +29,7 @@ class RecordSession {
   /// Everything that the presses started has ended and nothing records.
   [[nodiscard]] bool isDone() const;
   [[nodiscard]] bool isPiecePending() const;
+  [[nodiscard]] bool hasPieces() const { return !shownText_.empty(); }
 
   /// Prints the identifier. True when a transcript was made and the backend has all of its text.
   bool finish();

@@ -56,7 +56,9 @@ std::string textOf(std::filesystem::path const& file, Terminal& terminal, bool c
   WaveFile const readable(file);
   auto const playback = std::make_shared<WaveFilePlayback>();
   return withDependencies(
-      [&](DependencyValues& values) { playFile(file, playback, values); },
+      [&](DependencyValues& values) {
+        playFile(file, RecognitionProvider::apple, playback, values);
+      },
       [&] {
         LocalSpeechRecognitionClient const client =
             *DependencyValues::current()[localSpeechRecognitionClient];
@@ -69,7 +71,9 @@ std::string textOf(std::filesystem::path const& file, Terminal& terminal, bool c
                                    : 0;
           terminal.showChanging(std::to_string(percent) + "%", progress.text);
           return isAbandoned || progress.hasEnded ||
-                 hasBeenSaid(*playback, progress.isPiecePending);
+                 hasBeenSaid(*playback, {.recogniser = RecognitionProvider::apple,
+                                         .isPiecePending = progress.isPiecePending,
+                                         .hasPieces = !progress.text.empty()});
         };
         main.runUntil(isOver, pollInterval);
         auto const stopping = spawn(main, stop(client));

@@ -33,6 +33,9 @@ std::string meaning(std::vector<char const*> arguments) {
             for (auto const& file : transcribe.files) files += " " + file.string();
             return files;
           },
+          [](CommandLine::Provider const& provider) {
+            return fmt::format("provider {}", provider.choice ? rawValue(*provider.choice) : "-");
+          },
           [](CommandLine::Transcripts) { return std::string("transcripts"); },
           [](CommandLine::Show const& show) { return "show " + show.id.lowerCaseText(); }},
       line.command);
@@ -46,6 +49,8 @@ TEST(CommandLine, MeansWhatItSays) {
   EXPECT_EQ(meaning({"record", "--provider=deepgram"}), "record - deepgram -");
   EXPECT_EQ(meaning({"transcribe", "a.wav", "b.wav"}), "transcribe a.wav b.wav");
   EXPECT_EQ(meaning({"transcribe", "--json", "--", "-a.wav"}), "transcribe -a.wav json");
+  EXPECT_EQ(meaning({"provider", "--json"}), "provider - json");
+  EXPECT_EQ(meaning({"provider", "deepgram"}), "provider deepgram");
   EXPECT_EQ(meaning({"transcripts", "--json"}), "transcripts json");
   EXPECT_EQ(meaning({"show", "41BCF776-AA28-4CCF-8362-93FA802F7F6C"}),
             "show 41bcf776-aa28-4ccf-8362-93fa802f7f6c");
@@ -70,6 +75,8 @@ TEST(CommandLine, AMistakeIsNamed) {
            {{"record", "--provider", "other"}, "--provider: other not in {apple,deepgram}"},
            {{"record", "--for", "0"}, "--for"},
            {{"record", "--for", "soon"}, "--for"},
+           {{"provider", "other"}, "provider: other not in {apple,deepgram}"},
+           {{"provider", "apple", "deepgram"}, "deepgram"},
            {{"transcribe"}, "files is required"},
            {{"show", "first"}, "'first' is not a transcript's identifier"}}) {
     CaptureStderr();

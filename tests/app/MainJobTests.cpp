@@ -160,6 +160,19 @@ TEST_F(Settings, TheProviderThatTheyNameIsUsed) {
   EXPECT_THAT(run({"record"}).messages, HasSubstr("error: The hosted recogniser is not part"));
 }
 
+TEST_F(Settings, TheProviderIsToldAndChosen) {
+  EXPECT_EQ(run({"provider"}).output, "apple\n");
+  EXPECT_EQ(run({"provider", "deepgram"}).output, "deepgram\n");
+  EXPECT_EQ(readFile(file), "{\"recognitionProvider\":\"\\\"deepgram\\\"\"}\n");
+  EXPECT_EQ(run({"provider", "--json"}).output, "{\"provider\":\"deepgram\"}\n");
+
+  std::filesystem::remove_all(file);
+  std::filesystem::create_directory(file);
+  auto const refused = run({"provider", "apple"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.messages, StartsWith("error: "));
+}
+
 TEST_F(Settings, AProviderThatNobodyKnowsIsTheDefault) {
   write(R"({"recognitionProvider":"\"oracle\""})");
   auto const result = run({"record", "--from", speechFile("hts-slt-s03")});

@@ -21,6 +21,9 @@ int run(vek::CommandLine const& line, vek::Terminal& terminal, vek::Signals& sig
           [&](Line::Transcribe const& transcribe) {
             return vek::transcribe(transcribe, line.asJSON, terminal, signals);
           },
+          [&](Line::Provider const& provider) {
+            return vek::provider(provider, line.asJSON, terminal);
+          },
           [&](Line::Transcripts) { return vek::listTranscripts(line.asJSON, terminal); },
           [&](Line::Show const& show) { return vek::show(show, line.asJSON, terminal); }},
       line.command);
