@@ -1,39 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "services/support/HTTPMessage.hpp"
 
+#include "platform/URLComponents.hpp"
 #include "records/ErrorDTO.hpp"
 #include "records/JSON.hpp"
 
 namespace vek::services {
-
-namespace {
-
-int hexDigit(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
-}
-
-std::optional<std::string> percentDecoded(std::string_view text) {
-  std::string decoded;
-  decoded.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      decoded += text[i];
-      continue;
-    }
-    if (text.size() - i < 3) return std::nullopt;
-    int const high = hexDigit(text[i + 1]);
-    int const low = hexDigit(text[i + 2]);
-    if (high < 0 || low < 0) return std::nullopt;
-    decoded += static_cast<char>(high * 16 + low);
-    i += 2;
-  }
-  return decoded;
-}
-
-}  // namespace
 
 std::optional<std::string> Request::queryItem(std::string_view name) const {
   for (auto const& [key, value] : query) {

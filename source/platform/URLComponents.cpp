@@ -2,6 +2,7 @@
 #include "platform/URLComponents.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 #include <fmt/format.h>
@@ -59,11 +60,42 @@ void URLComponents::setQueryItems(std::vector<URLQueryItem> const& items) {
   }
 }
 
+std::string URLComponents::userInfo() const {
+  auto const at = authority_.rfind('@');
+  return at == std::string::npos ? "" : authority_.substr(0, at);
+}
+
+std::string_view URLComponents::hostAndPort() const {
+  return std::string_view(authority_).substr(authority_.rfind('@') + 1);
+}
+
 std::string URLComponents::host() const {
-  std::string_view host(authority_);
-  if (auto const user = host.rfind('@'); user != host.npos) host.remove_prefix(user + 1);
-  bool const isAddress = host.starts_with('[');
-  return std::string(host.substr(0, host.find(':', isAddress ? host.find(']') : 0)));
+  std::string_view const place = hostAndPort();
+  auto const end = place.find(':', place.starts_with('[') ? place.find(']') : 0);
+  return std::string(place.substr(0, end));
+}
+
+std::string URLComponents::address() const {
+  std::string host = this->host();
+  bool const isInBrackets = host.starts_with('[') && host.ends_with(']');
+  return isInBrackets ? host.substr(1, host.size() - 2) : host;
+}
+
+std::string_view URLComponents::portText() const {
+  return hostAndPort().substr(std::min(host().size() + 1, hostAndPort().size()));
+}
+
+std::optional<std::uint16_t> URLComponents::port() const {
+  std::string_view const text = portText();
+  std::uint16_t number = 0;
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+std::string URLComponents::target() const {
+  std::string const path = path_.empty() ? "/" : path_;
+  return query_ ? path + "?" + *query_ : path;
 }
 
 std::string_view URLComponents::fragment() const {
@@ -87,7 +119,7 @@ std::optional<std::string> URLComponents::url() const {
       !scheme_.empty() && isLetter(scheme_[0]) && std::ranges::all_of(scheme_, [](char c) {
         return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
       });
-  if (!isScheme || authority_.empty() || authority_[0] == ':') return std::nullopt;
+  if (!isScheme || host().empty() || (!portText().empty() && !port())) return std::nullopt;
   if (!std::ranges::all_of(whole, isPrintable)) return std::nullopt;
   if (whole.find_first_of("\"<>\\^`{|}") != std::string::npos) return std::nullopt;
   return whole;

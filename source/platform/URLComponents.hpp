@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,10 +24,18 @@ class URLComponents {
   void setQueryItems(std::vector<URLQueryItem> const& items);
 
   [[nodiscard]] std::string const& scheme() const { return scheme_; }
+  /// What stands before the host, as it is written; empty when there is nothing.
+  [[nodiscard]] std::string userInfo() const;
   /// Without user and port.
   [[nodiscard]] std::string host() const;
+  /// The host as the system takes it: an address without its brackets.
+  [[nodiscard]] std::string address() const;
+  /// Nothing when none is given, or it is no port.
+  [[nodiscard]] std::optional<std::uint16_t> port() const;
   /// Still percent-encoded.
   [[nodiscard]] std::string const& path() const { return path_; }
+  /// Path and query as a request names them.
+  [[nodiscard]] std::string target() const;
   /// Still percent-encoded, without its "#".
   [[nodiscard]] std::string_view fragment() const;
   /// Decoded; items without a value are left out. Nothing when one cannot be decoded.
@@ -39,6 +48,9 @@ class URLComponents {
   [[nodiscard]] std::optional<std::string> url() const;
 
  private:
+  [[nodiscard]] std::string_view hostAndPort() const;
+  [[nodiscard]] std::string_view portText() const;
+
   std::string scheme_;
   std::string authority_;
   std::string path_;
