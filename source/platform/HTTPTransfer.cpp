@@ -3,17 +3,13 @@
 
 #include <curl/curl.h>
 #include <fmt/format.h>
-#include <openssl/err.h>
-#include <openssl/pem.h>
 #include <openssl/ssl.h>
 
-#include <cstdlib>
-#include <memory>
 #include <new>
 
-#include "platform/Files.hpp"
 #include "platform/HTTPError.hpp"
-#include "platform/Log.hpp"
+#include "platform/ProxySettings.hpp"
+#include "platform/TrustedCertificates.hpp"
 
 namespace vek {
 namespace {
@@ -52,32 +48,6 @@ HTTPError::Code errorCode(CURL* handle, CURLcode code) {
   }
 }
 
-/// The hosts that are reached without a proxy: what the environment says, and this machine.
-std::string hostsWithoutProxy() {
-  std::string hosts = "localhost,127.0.0.1,::1";
-  for (char const* variable : {"no_proxy", "NO_PROXY"}) {
-    if (char const* value = std::getenv(variable); value && *value) {
-      return hosts + "," + value;
-    }
-  }
-  return hosts;
-}
-
-void trustCertificates(X509_STORE* store, std::filesystem::path const& file) {
-  auto const pem = file.empty() ? std::nullopt : readFile(file);
-  if (!pem) return;
-  std::unique_ptr<BIO, decltype(&BIO_free)> const source(
-      BIO_new_mem_buf(pem->data(), static_cast<int>(pem->size())), BIO_free);
-  int count = 0;
-  while (X509* certificate = PEM_read_bio_X509(source.get(), nullptr, nullptr, nullptr)) {
-    X509_STORE_add_cert(store, certificate);
-    X509_free(certificate);
-    ++count;
-  }
-  ERR_clear_error();  // the end of the file counts as one
-  if (count == 0) Logger("HTTPClient").error("There is no certificate in " + file.string());
-}
-
 std::string_view trimmed(std::string_view text) {
   constexpr char const* white = " \t\r\n";
   auto const begin = text.find_first_not_of(white);
@@ -112,14 +82,8 @@ struct HTTPTransfer::Callbacks {
   }
 
   static CURLcode context(CURL*, void* context, void* user) {
-    auto const& authority = static_cast<HTTPTransfer*>(user)->options_.trustedAuthority;
-    X509_STORE* const store = SSL_CTX_get_cert_store(static_cast<SSL_CTX*>(context));
-    X509_STORE_set_default_paths(store);
-    try {
-      trustCertificates(store, authority);
-    } catch (std::exception const& error) {
-      Logger("HTTPClient").error(error.what());
-    }
+    trustCertificates(static_cast<SSL_CTX*>(context),
+                      static_cast<HTTPTransfer*>(user)->options_.trustedAuthority);
     return CURLE_OK;
   }
 };
