@@ -1,52 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/HTTPClient.hpp"
+#include "platform/WebSocketError.hpp"
 #include "runtime/Result.hpp"
 #include "runtime/UniqueFunction.hpp"
 
 namespace vek {
-
-/// Why a socket sends or reads no more.
-class WebSocketError final : public std::exception {
- public:
-  /// Those that callers tell apart have the platform's number.
-  enum class Code : int {
-    /// The connection was open, and the other side or the network has ended it.
-    notConnected = 57,
-    /// This side cancelled the socket.
-    cancelled = -999,
-    timedOut = -1001,
-    cannotFindHost = -1003,
-    cannotConnect = -1004,
-    /// The server answered the upgrade with something else.
-    badServerResponse = -1011,
-    untrustedServer = -1202,
-    messageTooLong = 40,
-    /// The other side broke the protocol.
-    protocolError = 100,
-    other = -1,
-  };
-
-  /// `detail` is what the transport knows beyond the code; it may be empty.
-  WebSocketError(Code code, std::string const& detail);
-
-  [[nodiscard]] Code code() const { return code_; }
-  [[nodiscard]] char const* what() const noexcept override { return description_.c_str(); }
-
- private:
-  Code code_;
-  std::string description_;
-};
 
 struct WebSocketMessage {
   enum class Kind : std::uint8_t { text, binary };
@@ -105,6 +74,10 @@ class URLSession {
     /// PEM file of an authority that is trusted beside the system's; empty for none.
     std::filesystem::path trustedAuthority = {};
     std::size_t largestMessage = std::size_t{16} << 20U;
+    /// A message of which no more bytes are taken for so long ends the connection with `timedOut`.
+    std::chrono::milliseconds sendTimeout = std::chrono::seconds(60);
+    /// For the message under way and the other side's close frame, once the socket is cancelled.
+    std::chrono::milliseconds closeTimeout = std::chrono::seconds(5);
 
     /// That of this process's deployment.
     static Configuration defaultSessionConfiguration();
