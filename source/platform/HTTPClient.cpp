@@ -202,11 +202,10 @@ class Transport {
 };
 
 void checkHeaders(HTTPRequest const& request) {
-  for (auto const& [name, value] : request.headers) {
-    bool const breaksLine =
-        (name + value).find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos;
-    if (breaksLine)
-      throw HTTPError(HTTPError::Code::other, "the header " + name + " breaks a line");
+  for (auto const& header : request.headers) {
+    if (header.breaksLine()) {
+      throw HTTPError(HTTPError::Code::other, "the header " + header.name + " breaks a line");
+    }
   }
 }
 
@@ -221,6 +220,10 @@ Task<HTTPResponse> send(std::shared_ptr<Transport> transport, HTTPRequest reques
 }
 
 }  // namespace
+
+bool HTTPHeader::breaksLine() const {
+  return (name + value).find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos;
+}
 
 std::string_view HTTPResponse::header(std::string_view name) const {
   auto const lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };

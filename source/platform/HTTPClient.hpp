@@ -17,6 +17,9 @@ namespace vek {
 struct HTTPHeader {
   std::string name;
   std::string value;
+
+  /// True when it would end before its end, and what follows would be something else.
+  [[nodiscard]] bool breaksLine() const;
 };
 
 struct HTTPRequest {
