@@ -39,19 +39,24 @@ class Peer final : public WebSocketPeer {
     update([](auto& connection) { connection.isOpen = false; });
   }
 
+  void tunnel() override {
+    readHead([](auto& connection, std::string line, std::string headers) {
+      connection.tunnelLine = std::move(line);
+      connection.tunnelHeaders = std::move(headers);
+    });
+    constexpr std::string_view granted = "HTTP/1.1 200 Granted\r\n\r\n";
+    ::send(descriptor_, granted.data(), granted.size(), MSG_NOSIGNAL);
+  }
+
   void readRequest() override {
     if (requested_) return;
     requested_ = true;
     if (shared_.tls && !tls_) handshake();
-    while (buffer_.find("\r\n\r\n") == std::string::npos) readSome();
-    auto const end = buffer_.find("\r\n\r\n") + 4;
-    auto const line = buffer_.find("\r\n") + 2;
-    update([&](auto& connection) {
-      connection.line = buffer_.substr(0, buffer_.find(" HTTP/"));
-      connection.headers = buffer_.substr(line, end - 2 - line);
+    readHead([this](auto& connection, std::string line, std::string headers) {
+      connection.line = std::move(line);
+      connection.headers = std::move(headers);
       key_ = connection.header("Sec-WebSocket-Key");
     });
-    buffer_.erase(0, end);
   }
 
   void answer(int status, std::string_view headers, std::string_view body) override {
@@ -144,6 +149,18 @@ class Peer final : public WebSocketPeer {
     std::lock_guard const lock(shared_.mutex);
     change(shared_.connections[number_]);
     shared_.changed.notify_all();
+  }
+
+  template <class Keep>
+  void readHead(Keep keep) {
+    while (buffer_.find("\r\n\r\n") == std::string::npos) readSome();
+    auto const end = buffer_.find("\r\n\r\n") + 4;
+    auto const line = buffer_.find("\r\n") + 2;
+    update([&](auto& connection) {
+      keep(connection, buffer_.substr(0, buffer_.find(" HTTP/")),
+           buffer_.substr(line, end - 2 - line));
+    });
+    buffer_.erase(0, end);
   }
 
   void handshake() {

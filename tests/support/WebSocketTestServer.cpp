@@ -32,6 +32,8 @@ struct WebSocketTestServer::State {
       if (poll(&entry, 1, 20) <= 0) continue;
       int const descriptor = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
       if (descriptor < 0) continue;
+      int const atOnce = 1;
+      setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
       std::size_t const number = shared.add();
       auto const& script = scripts[std::min(number, scripts.size() - 1)];
       threads.emplace_back([this, descriptor, number, &script] {

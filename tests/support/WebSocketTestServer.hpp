@@ -23,6 +23,8 @@ class WebSocketPeer {
  public:
   virtual ~WebSocketPeer() = default;
 
+  /// Reads a request to a proxy and grants it; what follows comes through the tunnel.
+  virtual void tunnel() = 0;
   /// Reads the upgrade request, after the TLS handshake where there is one. Steps that need it done
   /// do it themselves.
   virtual void readRequest() = 0;
@@ -74,6 +76,9 @@ struct WebSocketConnection {
   };
 
   std::chrono::steady_clock::time_point acceptedAt = {};
+  /// The request for a tunnel, as those below.
+  std::string tunnelLine = {};
+  std::string tunnelHeaders = {};
   /// Such as "GET /path?query"; empty before it has come.
   std::string line = {};
   /// The lines of the request between, each ended by "\r\n".
@@ -89,7 +94,8 @@ struct WebSocketConnection {
   std::string closeReason = {};
   bool isOpen = true;
 
-  /// The value of the first header of exactly that name; empty when there is none.
+  /// The value of the first header of the upgrade request of exactly that name; empty when there is
+  /// none.
   [[nodiscard]] std::string header(std::string_view name) const;
 };
 
