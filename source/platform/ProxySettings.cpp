@@ -116,7 +116,7 @@ std::optional<Proxy> proxyFor(std::string_view host, bool isSecure) {
   if (text.find("://") == std::string::npos) text = "http://" + text;
   URLComponents const url(text);
   return Proxy{.scheme = url.scheme(),
-               .host = url.host(),
+               .host = url.address(),
                .port = url.port().value_or(usualProxyPort),
                .authorization = basicAuthorization(url.userInfo())};
 }

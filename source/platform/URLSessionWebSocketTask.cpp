@@ -54,7 +54,7 @@ class Task final : public URLSessionWebSocketTask, public std::enable_shared_fro
         url_(request_.url),
         configuration_(std::move(configuration)),
         // Here, on a thread of the caller's: the environment is no place to read from any other.
-        proxy_(proxyFor(url_.host(), url_.scheme() == "wss")),
+        proxy_(proxyFor(url_.address(), url_.scheme() == "wss")),
         delegate_(std::move(delegate)) {}
 
   void setDelegate(std::weak_ptr<URLSessionWebSocketDelegate> delegate) override {
@@ -279,7 +279,7 @@ class Task final : public URLSessionWebSocketTask, public std::enable_shared_fro
   std::optional<Proxy> const proxy_;
   std::weak_ptr<URLSessionWebSocketDelegate> delegate_;
   /// What connections are kept apart by.
-  std::string const place_ = hostAndPort(url_.host(), portOf(url_));
+  std::string const place_ = hostAndPort(url_.address(), portOf(url_));
 
   Phase phase_ = Phase::idle;
   std::exception_ptr failure_;  // there is one while it is closing, too

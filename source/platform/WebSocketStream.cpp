@@ -105,7 +105,7 @@ class BeastStream final : public WebSocketStream, public std::enable_shared_from
       : loop_(loop),
         options_(std::move(options)),
         isSecure_(options_.url.scheme() == "wss"),
-        host_(options_.url.host()),
+        host_(options_.url.address()),
         port_(options_.url.port().value_or(isSecure_ ? 443 : 80)),
         socket_(loop, configure(context_, options_), isSecure_) {}
 
