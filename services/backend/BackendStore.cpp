@@ -46,25 +46,7 @@ UUID identifier(std::string_view stored) {
 
 BackendStore::BackendStore(std::filesystem::path const& file)
     : writer_(file, Database::Access::readWrite), reader_(file, Database::Access::readOnly) {
-  migrate();
-}
-
-void BackendStore::migrate() {
-  Transaction transaction(writer_);
-  auto const version = [this] {
-    auto rows = writer_.query("PRAGMA user_version");
-    rows.next();
-    return static_cast<std::size_t>(rows.integer(0));
-  }();
-  if (version > schema.size()) {
-    throw DatabaseError(DatabaseError::Kind::other,
-                        "The database was made by a newer version of this program.");
-  }
-  for (auto step = version; step < schema.size(); ++step) writer_.execute(schema[step]);
-  if (version < schema.size()) {
-    writer_.execute("PRAGMA user_version = " + std::to_string(schema.size()));
-  }
-  transaction.commit();
+  writer_.migrate(schema);
 }
 
 std::optional<UserID> BackendStore::firstUser() {

@@ -16,10 +16,9 @@
 #include "runtime/Date.hpp"
 #include "runtime/UUID.hpp"
 #include "services/support/Database.hpp"
+#include "services/support/UserID.hpp"
 
 namespace vek::services {
-
-enum class UserID : std::int64_t {};
 
 /// A brief and the customer whom it prepares for.
 struct CustomerBrief {
@@ -78,8 +77,6 @@ class BackendStore {
   std::vector<TranscriptMetadataDTO> metadata(UserID user);
 
  private:
-  void migrate();
-
   std::mutex writing_;
   Database writer_;
   std::mutex reading_;

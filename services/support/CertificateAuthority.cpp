@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "services/support/CertificateAuthority.hpp"
 
-#include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -10,12 +9,11 @@
 #include <openssl/x509v3.h>
 
 #include <array>
-#include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include "platform/Files.hpp"
+#include "services/support/OpenSSL.hpp"
 
 namespace vek::services {
 
@@ -29,56 +27,17 @@ constexpr Days authorityLife{3650};
 constexpr Days serverLife{390};
 constexpr Days renewalMargin{30};
 
-template <auto release>
-struct Release {
-  template <class T>
-  void operator()(T* object) const {
-    release(object);
-  }
-};
-using Key = std::unique_ptr<EVP_PKEY, Release<EVP_PKEY_free>>;
-using Certificate = std::unique_ptr<X509, Release<X509_free>>;
-using Extension = std::unique_ptr<X509_EXTENSION, Release<X509_EXTENSION_free>>;
-using Memory = std::unique_ptr<BIO, Release<BIO_free>>;
-
-[[noreturn]] void fail(char const* what) {
-  std::array<char, 256> cause{};
-  ERR_error_string_n(ERR_get_error(), cause.data(), cause.size());
-  throw std::runtime_error(std::string(what) + ": " + cause.data());
-}
-
-/// `condition`, or the failure of the last call into the library.
-template <class T>
-T checked(T result, char const* what) {
-  if (!result) fail(what);
-  return result;
-}
+using Certificate = Owned<X509, X509_free>;
+using Extension = Owned<X509_EXTENSION, X509_EXTENSION_free>;
 
 struct Identity {
   Certificate certificate;
   Key key;
 };
 
-Memory reader(std::string const& text) {
-  return Memory(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));
-}
-
-std::string contents(Memory const& memory) {
-  char* data = nullptr;
-  auto const size = BIO_get_mem_data(memory.get(), &data);
-  return {data, static_cast<std::size_t>(size)};
-}
-
 std::string pem(X509* certificate) {
   Memory memory(BIO_new(BIO_s_mem()));
   checked(PEM_write_bio_X509(memory.get(), certificate), "writing a certificate");
-  return contents(memory);
-}
-
-std::string pem(EVP_PKEY* key) {
-  Memory memory(BIO_new(BIO_s_mem()));
-  checked(PEM_write_bio_PKCS8PrivateKey(memory.get(), key, nullptr, nullptr, 0, nullptr, nullptr),
-          "writing a key");
   return contents(memory);
 }
 
@@ -97,7 +56,7 @@ std::optional<Identity> stored(std::filesystem::path const& certificatePath,
   if (!certificateText || !keyText) return std::nullopt;
   Identity identity{
       Certificate(PEM_read_bio_X509(reader(*certificateText).get(), nullptr, nullptr, nullptr)),
-      Key(PEM_read_bio_PrivateKey(reader(*keyText).get(), nullptr, nullptr, nullptr))};
+      keyFromPEM(*keyText)};
   bool const isPair = identity.certificate && identity.key &&
                       X509_check_private_key(identity.certificate.get(), identity.key.get()) == 1;
   ERR_clear_error();
@@ -127,8 +86,7 @@ Identity makeIdentity(char const* commonName, Clock::time_point now, Days life) 
   std::array<unsigned char, 16> serial{};
   checked(RAND_bytes(serial.data(), serial.size()) == 1, "making a serial number");
   serial[0] &= 0x7f;
-  std::unique_ptr<BIGNUM, Release<BN_free>> number(
-      BN_bin2bn(serial.data(), serial.size(), nullptr));
+  Number const number(BN_bin2bn(serial.data(), serial.size(), nullptr));
   checked(BN_to_ASN1_INTEGER(number.get(), X509_get_serialNumber(certificate)), "numbering");
   // A day of grace for clocks that are behind.
   ASN1_TIME_set(X509_getm_notBefore(certificate), Clock::to_time_t(now - Days(1)));

@@ -75,6 +75,24 @@ void Database::execute(std::string const& script) {
   if (code != SQLITE_OK) fail(handle_, code);
 }
 
+void Database::migrate(std::span<char const* const> scripts) {
+  Transaction transaction(*this);
+  auto const version = [this] {
+    auto rows = query("PRAGMA user_version");
+    rows.next();
+    return static_cast<std::size_t>(rows.integer(0));
+  }();
+  if (version > scripts.size()) {
+    throw DatabaseError(DatabaseError::Kind::other,
+                        "The database was made by a newer version of this program.");
+  }
+  for (auto const* script : scripts.subspan(version)) execute(script);
+  if (version < scripts.size()) {
+    execute("PRAGMA user_version = " + std::to_string(scripts.size()));
+  }
+  transaction.commit();
+}
+
 sqlite3_stmt* Database::prepared(std::string_view sql) {
   if (auto const known = statements_.find(sql); known != statements_.end()) return known->second;
   sqlite3_stmt* statement = nullptr;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -55,6 +56,10 @@ class Database {
 
   /// Runs a script without parameters.
   void execute(std::string const& script);
+
+  /// Brings an older database, or an empty one, to the version that these scripts make, each from
+  /// the version before it.
+  void migrate(std::span<char const* const> scripts);
 
   /// Runs a query whose parameters ?1, ?2, ... are `parameters`: integers, texts or nothing.
   template <class... Parameters>
