@@ -53,6 +53,7 @@ class ProgramTests : public testing::Test {
  protected:
   ProgramTests() {
     surroundings.deployment = {{"backendURL", services.url()},
+                               {"recogniserURL", services.webSocketURL()},
                                {"trustedAuthority", services.authority().string()},
                                {"accessTokenFile", (services.folder() / "access-token").string()},
                                {"modelsFolder", modelsFolder().string()}};

@@ -24,6 +24,10 @@ class LocalServices {
 
   /// Such as "https://localhost:38947".
   [[nodiscard]] std::string url() const { return "https://localhost:" + std::to_string(port_); }
+  /// The same for a WebSocket.
+  [[nodiscard]] std::string webSocketURL() const {
+    return "wss://localhost:" + std::to_string(port_);
+  }
   [[nodiscard]] int port() const { return port_; }
   [[nodiscard]] std::filesystem::path folder() const { return temporary_ / "data"; }
   /// The PEM file of the authority to trust.
