@@ -15,6 +15,8 @@
 #include "services/backend/AccessToken.hpp"
 #include "services/backend/Backend.hpp"
 #include "services/backend/SampleData.hpp"
+#include "services/identity/FirstAccount.hpp"
+#include "services/identity/IdentityProvider.hpp"
 #include "services/recogniser/Listen.hpp"
 #include "services/support/CertificateAuthority.hpp"
 #include "services/support/DataFolder.hpp"
@@ -58,6 +60,18 @@ UserID firstUser(BackendStore& store) {
   return store.addUser("local user", sample.customers, sample.briefs);
 }
 
+IdentityConfiguration identityConfiguration(Options const& options, std::uint16_t port) {
+  auto configuration = IdentityConfiguration::onPort(port, deployment().audience);
+  configuration.accessTokenLifetime = options.accessTokenLifetime;
+  configuration.keyLifetime = options.keyLifetime;
+  return configuration;
+}
+
+void print(FirstAccount const& account) {
+  fmt::print("The first account is {}, with this password, which is shown once: {}\n", account.name,
+             account.password);
+}
+
 void run(Options const& options) {
   hardenProcess();
   auto const endingSignals = blockEndingSignals();
@@ -65,19 +79,31 @@ void run(Options const& options) {
   DataFolder const folder(options.data);
   CertificateAuthority const authority(folder.path());
   BackendStore store(folder / "backend.sqlite");
-  grantAccessToken(store, firstUser(store), folder / "access-token");
-  Backend backend(store, {.url = options.chatCompletions,
-                          .model = options.chatModel,
-                          .key = environmentValue("VEK_CHAT_KEY")});
-  Listen listen(installedSpeechParts(deployment().modelsFolder), deployment().recogniserKey);
+  auto const user = firstUser(store);
+  grantAccessToken(store, user, folder / "access-token");
+
   HTTPServer server({.port = options.port,
                      .certificate = authority.serverCertificate(),
-                     .key = authority.serverKey()},
-                    [&backend, &listen](Request request, Reply reply) {
-                      if (request.path == Listen::path) return listen.handle(request, reply);
-                      backend.handle(std::move(request), std::move(reply));
-                    });
+                     .key = authority.serverKey()});
+  auto const configuration = identityConfiguration(options, server.port());
+  IdentityStore identityStore(folder / "identity.sqlite", configuration.idleLifetime);
+  auto const account = FirstAccount::make(identityStore, user, folder / "first-account");
+  configuration.writePropertyList(folder / "Auth0.plist");
+  IdentityProvider identity(configuration, identityStore);
+  Backend backend(store, [&identity](std::string_view token) { return identity.user(token); },
+                  {.url = options.chatCompletions,
+                   .model = options.chatModel,
+                   .key = environmentValue("VEK_CHAT_KEY")});
+  Listen listen(installedSpeechParts(deployment().modelsFolder), deployment().recogniserKey);
+  server.serve([&](Request request, Reply reply) {
+    if (request.path == Listen::path) return listen.handle(request, reply);
+    if (IdentityProvider::serves(request.path)) {
+      return identity.handle(std::move(request), std::move(reply));
+    }
+    backend.handle(std::move(request), std::move(reply));
+  });
   logger.notice(fmt::format("started with the data in {}", folder.path().string()));
+  if (account) print(*account);
   fmt::print("Listening on https://localhost:{}\n", server.port());
   std::fflush(stdout);
 

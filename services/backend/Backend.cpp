@@ -129,7 +129,9 @@ void Backend::handle(Request request, Reply reply) {
   }
 }
 
-Backend::Backend(BackendStore& store, ChatCompletions::Configuration chat) : store_(store) {
+Backend::Backend(BackendStore& store, Authorization authorization,
+                 ChatCompletions::Configuration chat)
+    : store_(store), authorization_(std::move(authorization)) {
   if (!chat.url.empty()) chat_ = std::make_unique<ChatCompletions>(std::move(chat));
 }
 
@@ -139,9 +141,11 @@ void Backend::stop() {
 
 UserID Backend::authorized(Request const& request) {
   constexpr std::string_view scheme = "Bearer ";
-  std::string_view const value = request.authorization;
+  auto const value = request.header("Authorization");
   if (!value.starts_with(scheme)) throw Refusal(401, "An access token is required.");
-  auto const user = store_.user(tokenHash(value.substr(scheme.size())));
+  auto const token = value.substr(scheme.size());
+  auto user = authorization_(token);
+  if (!user) user = store_.user(tokenHash(token));
   if (!user) throw Refusal(401, "The access token is not valid.");
   return *user;
 }
@@ -161,7 +165,7 @@ void Backend::dispatch(Request request, Reply reply) {
   }
   if (allowed.empty()) throw Refusal(404, "There is no such endpoint.");
   auto response = Response::refusal(405, "This endpoint takes " + allowed + " only.");
-  response.allow = allowed;
+  response.headers.emplace_back("Allow", allowed);
   reply(std::move(response));
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 #include "services/backend/BackendStore.hpp"
 #include "services/backend/ChatCompletions.hpp"
@@ -13,9 +16,12 @@ namespace vek::services {
 /// user whose bearer token it carries; each that is refused is answered with an `ErrorDTO`.
 class Backend {
  public:
+  /// Whose data an access token opens; nothing when it is not valid. Any thread.
+  using Authorization = std::function<std::optional<UserID>(std::string_view accessToken)>;
+
   /// The store outlives the backend. With a chat-completions endpoint the analyses come from
   /// there, otherwise they are made by rules.
-  Backend(BackendStore& store, ChatCompletions::Configuration chat);
+  Backend(BackendStore& store, Authorization authorization, ChatCompletions::Configuration chat);
 
   /// Answers one request. Any thread.
   void handle(Request request, Reply reply);
@@ -52,6 +58,7 @@ class Backend {
   void keep(UUID transcript, std::string const& text, std::string const& analysis);
 
   BackendStore& store_;
+  Authorization const authorization_;
   // The last member, so that what is under way ends before the rest goes.
   std::unique_ptr<ChatCompletions> chat_;
 };

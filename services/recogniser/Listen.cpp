@@ -41,7 +41,7 @@ void Listen::handle(Request const& request, Reply const& reply) {
   } catch (Refusal const& refusal) {
     auto response = Response::refusal(refusal.status, refusal.what());
     response.challenge = scheme;
-    if (refusal.status == 405) response.allow = "GET";
+    if (refusal.status == 405) response.headers.emplace_back("Allow", "GET");
     reply(std::move(response));
   } catch (std::exception const& error) {
     logger.error(error.what());
@@ -72,7 +72,7 @@ Response Listen::answer(Request const& request) {
 }
 
 bool Listen::isAuthorized(Request const& request) const {
-  std::string_view const given = request.authorization;
+  auto const given = request.header("Authorization");
   return given.starts_with(scheme) && given.substr(scheme.size()).starts_with(' ') &&
          tokenHash(given.substr(scheme.size() + 1)) == keyHash_;
 }

@@ -1,11 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "services/support/HTTPMessage.hpp"
 
+#include <algorithm>
+
 #include "platform/URLComponents.hpp"
 #include "records/ErrorDTO.hpp"
 #include "records/JSON.hpp"
 
 namespace vek::services {
+
+namespace {
+
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// A name or a value of a form, in which a blank is a plus sign.
+std::optional<std::string> formDecoded(std::string_view text) {
+  std::string spaced(text);
+  std::ranges::replace(spaced, '+', ' ');
+  return percentDecoded(spaced);
+}
+
+}  // namespace
 
 std::optional<std::string> Request::queryItem(std::string_view name) const {
   for (auto const& [key, value] : query) {
@@ -14,8 +31,32 @@ std::optional<std::string> Request::queryItem(std::string_view name) const {
   return std::nullopt;
 }
 
+std::string_view Request::header(std::string_view name) const {
+  auto const isSame = [](char a, char b) { return lowerCase(a) == lowerCase(b); };
+  for (auto const& [key, value] : headers) {
+    if (std::ranges::equal(key, name, isSame)) return value;
+  }
+  return {};
+}
+
 Response Response::refusal(int status, std::string_view message) {
   return {.status = status, .body = json::encode(ErrorDTO{.message = std::string(message)})};
+}
+
+std::optional<Items> readItems(std::string_view text) {
+  Items items;
+  while (!text.empty()) {
+    auto const end = text.find('&');
+    auto const item = text.substr(0, end);
+    text = end == std::string_view::npos ? std::string_view{} : text.substr(end + 1);
+    auto const equals = item.find('=');
+    auto name = formDecoded(item.substr(0, equals));
+    auto value = formDecoded(equals == std::string_view::npos ? std::string_view{}
+                                                              : item.substr(equals + 1));
+    if (!name || !value) return std::nullopt;
+    items.emplace_back(std::move(*name), std::move(*value));
+  }
+  return items;
 }
 
 bool readTarget(std::string_view target, Request& request) {
@@ -25,18 +66,9 @@ bool readTarget(std::string_view target, Request& request) {
   if (!path) return false;
   request.path = std::move(*path);
   if (mark == std::string_view::npos) return true;
-
-  for (auto rest = target.substr(mark + 1); !rest.empty();) {
-    auto const end = rest.find('&');
-    auto const item = rest.substr(0, end);
-    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
-    auto const equals = item.find('=');
-    auto name = percentDecoded(item.substr(0, equals));
-    auto value = percentDecoded(equals == std::string_view::npos ? std::string_view{}
-                                                                 : item.substr(equals + 1));
-    if (!name || !value) return false;
-    request.query.emplace_back(std::move(*name), std::move(*value));
-  }
+  auto query = readItems(target.substr(mark + 1));
+  if (!query) return false;
+  request.query = std::move(*query);
   return true;
 }
 

@@ -14,28 +14,34 @@
 
 namespace vek::services {
 
+/// Names and values in the order they came in. A name may come more than once.
+using Items = std::vector<std::pair<std::string, std::string>>;
+
 /// A request as a handler sees it: read to its end, its target taken apart and percent-decoded.
 struct Request {
   std::string method;
   std::string path;
-  std::vector<std::pair<std::string, std::string>> query;
-  /// The value of the header "Authorization"; empty without one.
-  std::string authorization;
+  Items query;
+  Items headers;
   std::string body;
+  /// The address of the client, such as "127.0.0.1".
+  std::string peer;
   bool asksForWebSocket = false;
 
   [[nodiscard]] std::optional<std::string> queryItem(std::string_view name) const;
+  /// The value of the first header of that name, in any case; empty without one.
+  [[nodiscard]] std::string_view header(std::string_view name) const;
 };
 
 /// Takes a connection over, on a server thread.
 using WebSocketHandler = std::function<void(std::shared_ptr<WebSocket>)>;
 
-/// An answer. Its body is JSON.
+/// An answer.
 struct Response {
   int status = 200;
   std::string body = {};
-  /// The methods for the header "Allow"; empty for none.
-  std::string allow = {};
+  std::string contentType = "application/json";
+  Items headers = {};
   /// How a client that is refused with 401 has to say who it is.
   std::string challenge = "Bearer";
   /// In place of an answer, for a request that asks for it alone.
@@ -55,6 +61,10 @@ struct Refusal : std::runtime_error {
 using Reply = std::function<void(Response)>;
 /// Called on a server thread; it must not wait for anything slower than the disk, and not throw.
 using Handler = std::function<void(Request, Reply)>;
+
+/// Reads "name=value&...", the form of a query and of the body of an HTML form; nothing when it is
+/// malformed.
+[[nodiscard]] std::optional<Items> readItems(std::string_view text);
 
 /// Takes a request target ("/path?name=value&...") apart into `request`; false when it is
 /// malformed.

@@ -51,7 +51,11 @@ class Session final : public Connection {
   Session(tcp::socket socket, std::shared_ptr<HTTPServerState> state)
       : Connection(std::move(state)),
         executor_(socket.get_executor()),
-        stream_(std::move(socket), this->state().tls) {}
+        stream_(std::move(socket), this->state().tls) {
+    Error gone;
+    auto const peer = transport().socket().remote_endpoint(gone);
+    if (!gone) peer_ = peer.address().to_string();
+  }
 
   void start() {
     transport().expires_after(state().configuration.requestTimeout);
@@ -134,7 +138,10 @@ class Session final : public Connection {
     isHead_ = message_.method() == http::verb::head;
     Request request;
     request.method = message_.method_string();
-    request.authorization = message_[http::field::authorization];
+    for (auto const& header : message_) {
+      request.headers.emplace_back(header.name_string(), header.value());
+    }
+    request.peer = peer_;
     request.body = std::move(message_.body());
     request.asksForWebSocket = beast::websocket::is_upgrade(message_);
     if (!readTarget(message_.target(), request)) {
@@ -161,9 +168,9 @@ class Session final : public Connection {
 
   void write(Response const& answer, bool keepsAlive) {
     response_ = {static_cast<http::status>(answer.status), 11};
-    response_.set(http::field::content_type, "application/json");
+    response_.set(http::field::content_type, answer.contentType);
     response_.set(http::field::cache_control, "no-store");
-    if (!answer.allow.empty()) response_.set(http::field::allow, answer.allow);
+    for (auto const& [name, value] : answer.headers) response_.insert(name, value);
     if (answer.status == 401) response_.set(http::field::www_authenticate, answer.challenge);
     if (answer.status == 426) response_.set(http::field::upgrade, "websocket");
     response_.keep_alive(keepsAlive && !state().isStopping);
@@ -200,6 +207,7 @@ class Session final : public Connection {
 
   asio::any_io_executor executor_;
   Stream stream_;
+  std::string peer_;
   beast::flat_buffer buffer_;
   std::optional<http::request_parser<http::string_body>> parser_;
   http::request<http::string_body> message_;
@@ -217,18 +225,18 @@ PortInUse::PortInUse(std::uint16_t port)
 
 class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
  public:
-  Impl(HTTPServerConfiguration configuration, Handler handler) {
+  explicit Impl(HTTPServerConfiguration configuration) {
     auto& tls = state_->tls;
     SSL_CTX_set_min_proto_version(tls.native_handle(), TLS1_2_VERSION);
     SSL_CTX_set_alpn_select_cb(tls.native_handle(), selectProtocol, nullptr);
     tls.use_certificate_chain_file(configuration.certificate);
     tls.use_private_key_file(configuration.key, ssl::context::pem);
     state_->configuration = std::move(configuration);
-    state_->handler = std::move(handler);
     listen();
   }
 
-  void start() {
+  void serve(Handler handler) {
+    state_->handler = std::move(handler);
     for (auto& acceptor : acceptors_) accept(acceptor);
     for (int i = 0; i < HTTPServerState::threadCount; ++i) {
       threads_.emplace_back([this] {
@@ -323,10 +331,8 @@ class HTTPServer::Impl : public std::enable_shared_from_this<Impl> {
   std::vector<std::thread> threads_;
 };
 
-HTTPServer::HTTPServer(HTTPServerConfiguration configuration, Handler handler)
-    : impl_(std::make_shared<Impl>(std::move(configuration), std::move(handler))) {
-  impl_->start();
-}
+HTTPServer::HTTPServer(HTTPServerConfiguration configuration)
+    : impl_(std::make_shared<Impl>(std::move(configuration))) {}
 
 HTTPServer::~HTTPServer() {
   stop();
@@ -334,6 +340,10 @@ HTTPServer::~HTTPServer() {
 
 std::uint16_t HTTPServer::port() const {
   return impl_->port();
+}
+
+void HTTPServer::serve(Handler handler) {
+  impl_->serve(std::move(handler));
 }
 
 void HTTPServer::stop() {

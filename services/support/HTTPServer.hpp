@@ -42,12 +42,16 @@ struct HTTPServerState;
 /// An HTTPS server on the loopback addresses 127.0.0.1 and ::1, with two threads of its own.
 class HTTPServer {
  public:
-  /// Listens when it returns. Throws `PortInUse`, or another exception with the cause.
-  HTTPServer(HTTPServerConfiguration configuration, Handler handler);
+  /// Has the port when it returns; connections wait until `serve`. Throws `PortInUse`, or another
+  /// exception with the cause.
+  explicit HTTPServer(HTTPServerConfiguration configuration);
   /// Stops.
   ~HTTPServer();
 
   [[nodiscard]] std::uint16_t port() const;
+
+  /// Begins to answer requests. Called once.
+  void serve(Handler handler);
 
   /// Takes no more requests, gives clients up to three seconds to take their answers, and returns
   /// when all threads have ended. Waits for each handler that has not replied yet.

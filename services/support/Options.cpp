@@ -10,13 +10,25 @@ namespace vek::services {
 
 namespace {
 
-std::uint16_t port(std::string_view text) {
-  std::uint16_t number = 0;
+template <class Number>
+std::optional<Number> number(std::string_view text) {
+  Number number = 0;
   auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) {
-    throw UsageError(fmt::format("'{}' is no port: it is a number from 0 to 65535", text));
-  }
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
+}
+
+std::uint16_t port(std::string_view text) {
+  if (auto const port = number<std::uint16_t>(text)) return *port;
+  throw UsageError(fmt::format("'{}' is no port: it is a number from 0 to 65535", text));
+}
+
+std::chrono::seconds lifetime(std::string_view text) {
+  constexpr std::chrono::seconds longest = std::chrono::days(30);
+  auto const count = number<std::uint32_t>(text);
+  if (count && *count > 0 && *count <= longest.count()) return std::chrono::seconds(*count);
+  throw UsageError(
+      fmt::format("'{}' is no lifetime: it is a number from 1 to {}", text, longest.count()));
 }
 
 std::string url(std::string_view text) {
@@ -78,6 +90,10 @@ Options Options::parse(std::span<char const* const> arguments) {
       options.chatCompletions = url(rest.value());
     } else if (*name == "--chat-model") {
       options.chatModel = rest.value();
+    } else if (*name == "--access-token-lifetime") {
+      options.accessTokenLifetime = lifetime(rest.value());
+    } else if (*name == "--key-lifetime") {
+      options.keyLifetime = lifetime(rest.value());
     } else if (*name == "--help" || *name == "-h") {
       options.asksForHelp = true;
     } else {
@@ -89,10 +105,10 @@ Options Options::parse(std::span<char const* const> arguments) {
 }
 
 std::string_view Options::help() {
-  return R"(usage: vek-services --data FOLDER [--port N] [--chat-completions URL [--chat-model NAME]]
+  return R"(usage: vek-services --data FOLDER [OPTION...]
 
-Runs VEK's local services for this machine alone: the transcripts backend over HTTPS, and the hosted
-recogniser over WebSockets on the same port.
+Runs VEK's local services for this machine alone: the identity provider and the transcripts backend
+over HTTPS, and the hosted recogniser over WebSockets on the same port.
 
   --data FOLDER   where everything is kept; made if it is missing
   --port N        the port to listen on (8443; 0 for any free one)
@@ -100,12 +116,17 @@ recogniser over WebSockets on the same port.
                   an endpoint that makes the analyses; without one they are made by rules
   --chat-model NAME
                   the model to ask for (default)
+  --access-token-lifetime SECONDS
+                  how long access tokens hold (3600)
+  --key-lifetime SECONDS
+                  how long a key signs tokens before a new one does (86400)
   --help          this text
 
-FOLDER/authority.pem is the certificate authority that clients have to trust, and
-FOLDER/access-token lets them speak for the services' one user. The key for the chat-completions
-endpoint is taken from the environment variable VEK_CHAT_KEY.
-Prints "Listening on URL" when it is ready. Ends on SIGTERM or Ctrl-C.
+FOLDER/authority.pem is the certificate authority that clients have to trust, and FOLDER/Auth0.plist
+says where they sign in. The first start makes an account and prints its name and password, once;
+FOLDER/first-account keeps them for the owner of FOLDER. The key for the chat-completions endpoint
+is taken from the environment variable VEK_CHAT_KEY. Prints "Listening on URL" when it is ready.
+Ends on SIGTERM or Ctrl-C.
 )";
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -22,6 +23,9 @@ struct Options {
   /// URL of a chat-completions endpoint that makes the analyses; empty for none.
   std::string chatCompletions;
   std::string chatModel = "default";
+  /// How long access tokens hold, and how long a key signs tokens.
+  std::chrono::seconds accessTokenLifetime = std::chrono::hours(1);
+  std::chrono::seconds keyLifetime = std::chrono::days(1);
   bool asksForHelp = false;
 
   /// Reads the arguments after the program's name. Throws `UsageError`.

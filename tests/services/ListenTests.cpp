@@ -142,10 +142,11 @@ class ListenServer {
   explicit ListenServer(std::chrono::milliseconds messageTimeout = 1min)
       : server_({.certificate = authority_.serverCertificate(),
                  .key = authority_.serverKey(),
-                 .messageTimeout = messageTimeout},
-                [this](services::Request const& request, services::Reply const& reply) {
-                  listen_.handle(request, reply);
-                }) {}
+                 .messageTimeout = messageTimeout}) {
+    server_.serve([this](services::Request const& request, services::Reply const& reply) {
+      listen_.handle(request, reply);
+    });
+  }
 
   [[nodiscard]] std::unique_ptr<ListenClient> connect() const {
     return std::make_unique<ListenClient>("wss://localhost:" + std::to_string(server_.port()),
