@@ -5,35 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "records/JSON.hpp"
 #include "support/LocalServices.hpp"
+#include "support/WebClient.hpp"
 
 namespace vek::test {
 
-struct Answer {
-  /// 0 when no answer came.
-  long status = 0;
-  std::string body;
-  /// Why no answer came.
-  std::string failure;
-
-  template <class Record>
-  [[nodiscard]] Record as() const {
-    return json::decode<Record>(body);
-  }
-  /// The message of an ErrorDTO; throws when the body is no such record.
-  [[nodiscard]] std::string message() const;
-};
-
-/// Plain HTTPS requests to the local services over one connection that is kept alive.
+/// Requests to the backend of the local services, with an access token.
 class BackendClient {
  public:
   explicit BackendClient(LocalServices const& services)
       : BackendClient(services.url(), services.authority(), services.token()) {}
-  BackendClient(std::string url, std::filesystem::path authority, std::string token);
-  BackendClient(BackendClient const&) = delete;
-  BackendClient& operator=(BackendClient const&) = delete;
-  ~BackendClient();
+  BackendClient(std::string url, std::filesystem::path authority, std::string accessToken)
+      : token(std::move(accessToken)), url_(std::move(url)), client_(std::move(authority)) {}
 
   /// `path` under "/api/v1/agents/", or from the root when it begins with a slash.
   Answer get(std::string const& path) { return request("GET", path, ""); }
@@ -41,10 +24,10 @@ class BackendClient {
     return request("POST", path, body);
   }
   Answer request(std::string const& method, std::string const& path, std::string const& body,
-                 std::vector<std::string> const& headers = {});
+                 std::vector<std::string> headers = {});
 
   /// Connects and sends these bytes, and nothing more.
-  void sendRaw(std::string const& bytes);
+  void sendRaw(std::string const& bytes) { client_.sendRaw(url_, bytes); }
 
   /// Makes a transcript and returns its identifier.
   std::string create();
@@ -55,8 +38,7 @@ class BackendClient {
 
  private:
   std::string url_;
-  std::filesystem::path authority_;
-  void* handle_;
+  WebClient client_;
 };
 
 }  // namespace vek::test

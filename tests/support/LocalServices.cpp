@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "platform/Files.hpp"
+#include "records/JSON.hpp"
 
 namespace vek::test {
 
@@ -42,19 +43,21 @@ pid_t spawn(std::vector<std::string> const& arguments, int output, int errorOutp
   return pid;
 }
 
-/// What comes through `input` up to the end of the first line, or all of it when it ends earlier.
-std::string readLine(int input) {
+/// What comes through `input` up to the line that says that all is ready, or all of it when there
+/// is none.
+std::string readUntilReady(int input) {
   auto const deadline = std::chrono::steady_clock::now() + startTimeout;
-  std::string line;
-  while (line.find('\n') == std::string::npos && std::chrono::steady_clock::now() < deadline) {
+  std::string text;
+  auto const isReady = [&] { return text.find('\n', text.find(readiness)) != std::string::npos; };
+  while (!isReady() && std::chrono::steady_clock::now() < deadline) {
     pollfd ready{.fd = input, .events = POLLIN, .revents = 0};
     if (poll(&ready, 1, 100) <= 0) continue;
     std::array<char, 256> block{};
     auto const count = read(input, block.data(), block.size());
     if (count <= 0) break;
-    line.append(block.data(), static_cast<std::size_t>(count));
+    text.append(block.data(), static_cast<std::size_t>(count));
   }
-  return line;
+  return text;
 }
 
 int waitFor(pid_t pid) {
@@ -85,17 +88,24 @@ void LocalServices::start() {
   pid_ = spawn(arguments, channel[1], log);
   close(log);
   close(channel[1]);
-  auto const line = readLine(channel[0]);
+  output_ = readUntilReady(channel[0]);
   close(channel[0]);
-  if (!line.starts_with(readiness)) {
+  auto const ready = output_.find(readiness);
+  if (ready == std::string::npos) {
     end(SIGKILL);
-    throw std::runtime_error("vek-services did not start: " + line + this->log());
+    throw std::runtime_error("vek-services did not start: " + output_ + this->log());
   }
-  port_ = std::atoi(line.c_str() + readiness.size());
+  port_ = std::atoi(output_.c_str() + ready + readiness.size());
 }
 
 std::string LocalServices::token() const {
   return readFile(folder() / "access-token").value_or("");
+}
+
+LocalServices::Account LocalServices::account() const {
+  auto const entries = json::decode<std::map<std::string, std::string>>(
+      readFile(folder() / "first-account").value_or(""));
+  return {entries.at("name"), entries.at("password")};
 }
 
 std::string LocalServices::log() const {

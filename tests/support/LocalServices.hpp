@@ -34,6 +34,14 @@ class LocalServices {
   [[nodiscard]] std::filesystem::path authority() const { return folder() / "authority.pem"; }
   /// The access token of the one user.
   [[nodiscard]] std::string token() const;
+  /// Who can sign in.
+  struct Account {
+    std::string name;
+    std::string password;
+  };
+  [[nodiscard]] Account account() const;
+  /// What it wrote to standard output at its last start.
+  [[nodiscard]] std::string const& output() const { return output_; }
   /// What it wrote to standard error.
   [[nodiscard]] std::string log() const;
   [[nodiscard]] pid_t pid() const { return pid_; }
@@ -50,6 +58,7 @@ class LocalServices {
 
   TemporaryFolder temporary_;
   std::vector<std::string> arguments_;
+  std::string output_;
   int port_ = 0;
   pid_t pid_ = -1;
 };
