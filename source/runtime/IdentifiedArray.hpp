@@ -148,6 +148,22 @@ class IdentifiedArray {
   };
   [[nodiscard]] IDs ids() const { return IDs(*this); }
 
+  /// Visits each position at which this list and `other` do not hold equal elements, those behind
+  /// the end of the shorter one among them. What both share is passed over without a look inside.
+  template <class Visit>
+  void forEachDifference(IdentifiedArray const& other, Visit visit) const {
+    auto const end = std::max(size_, other.size_);
+    for (std::size_t start = 0; start < end; start += chunkSize) {
+      auto const* mine = chunk(start);
+      auto const* others = other.chunk(start);
+      if (mine == others) continue;
+      for (auto position = start; position < std::min(start + chunkSize, end); ++position) {
+        bool const isInBoth = position < size_ && position < other.size_;
+        if (!isInBoth || !((*this)[position] == other[position])) visit(position);
+      }
+    }
+  }
+
   /// What is shared is equal without a look inside.
   bool operator==(IdentifiedArray const& other) const {
     return size_ == other.size_ && (size_ == 0 || isEqual(spine_, other.spine_));
@@ -163,6 +179,12 @@ class IdentifiedArray {
   using Branch = std::vector<std::shared_ptr<Chunk>>;
   using Spine = std::vector<std::shared_ptr<Branch>>;
   using Index = std::vector<Entry>;
+
+  /// The chunk that holds this position, or null behind the end.
+  Chunk const* chunk(std::size_t position) const {
+    if (position >= size_) return nullptr;
+    return (*(*spine_)[position / branchSize])[position % branchSize / chunkSize].get();
+  }
 
   static bool byID(Entry const& a, Entry const& b) { return a.id < b.id; }
 
