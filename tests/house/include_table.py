@@ -32,6 +32,7 @@ ROOMS["app"] = ALL_ROOMS
 # room, "room/*.cpp" for its sources alone. The first pattern that fits decides.
 OUTSIDE = [
     (r"Q\w+|Qt\w*/.*", {"platform/*.cpp", "views"}),
+    (r"xcb/.*", {"views/*.cpp"}),
     (r"pulse/.*|gio/.*|curl/.*|systemd/.*|speex/.*|libsecret/.*|onnx.*", {"platform/*.cpp"}),
     (r"sqlite3.*\.h", {"services"}),
     (r"openssl/.*", {"platform/*.cpp", "services"}),
@@ -48,7 +49,7 @@ OUTSIDE = [
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)[>"]', re.MULTILINE)
 BLOCK_COMMENT = re.compile(r"/\*.*?\*/", re.DOTALL)
 CODE = {".cpp", ".hpp", ".h"}
-SCRIPTS = {".cmake", ".py", ".sh"}
+SCRIPTS = {".cmake", ".py", ".sh", ".qml"}
 LICENCE = "SPDX-License-Identifier: MIT"
 
 

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "views/MainWindowController.hpp"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "platform/UserDefaults.hpp"
+#include "views/Compositor.hpp"
+#include "views/Views.hpp"
+
+namespace vek {
+
+namespace {
+
+/// Between the right edge of the screen and the left one of the window, and below what the desktop
+/// keeps at the top.
+constexpr QPoint firstPlace(260, 20);
+
+QPoint firstTopLeft(QScreen const& screen) {
+  auto const whole = screen.geometry();
+  auto const usable = screen.availableGeometry();
+  return whole.topLeft() +
+         QPoint(usable.width() - firstPlace.x(), whole.height() - usable.height() + firstPlace.y());
+}
+
+}  // namespace
+
+MainWindowController::MainWindowController(QQmlEngine& engine, AppStore& store)
+    : window(makeWindow(engine, QStringLiteral("MainWindow"),
+                        {{QStringLiteral("store"), QVariant::fromValue(&store)},
+                         {QStringLiteral("isComposited"), isComposited()}})),
+      frame_(*window, "com.vek.app.contentWindow", UserDefaults::standard()) {
+  auto const* screen = QGuiApplication::primaryScreen();
+  if (!frame_.restore() && screen) window->setPosition(firstTopLeft(*screen));
+}
+
+void MainWindowController::didClickStatusItem() {
+  bool const isOnScreen =
+      window->isVisible() && !window->windowStates().testFlag(Qt::WindowMinimized);
+  if (isOnScreen) {
+    window->close();
+  } else {
+    show();
+  }
+}
+
+void MainWindowController::show() {
+  window->showNormal();
+  window->raise();
+  window->requestActivate();
+}
+
+}  // namespace vek

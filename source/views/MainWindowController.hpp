@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <memory>
+
+#include "views/AppStore.hpp"
+#include "views/FrameAutosave.hpp"
+
+namespace vek {
+
+/// Owns the main window. Closing it only takes it off the screen.
+class MainWindowController {
+ public:
+  /// The window is not shown yet. Engine and store outlive this object.
+  MainWindowController(QQmlEngine& engine, AppStore& store);
+
+  /// Hides the window when it is on screen, otherwise brings it to the front.
+  void didClickStatusItem();
+
+  void show();
+
+ private:
+  std::unique_ptr<QQuickWindow> window;
+  FrameAutosave frame_;
+};
+
+}  // namespace vek

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "views/TranscriptsListStore.hpp"
+
+#include <utility>
+
+#include "views/Text.hpp"
+
+namespace vek {
+
+using State = TranscriptsListFeature::State;
+using Action = TranscriptsListFeature::Action;
+
+TranscriptsListStore::TranscriptsListStore(Observed::Shared store) : store_(std::move(store)) {
+  store_.notify<&State::isLoading>(this, &TranscriptsListStore::isLoadingChanged);
+  store_.notify<&State::error>(this, &TranscriptsListStore::errorChanged);
+  store_.notify<&State::transcripts>(this, &TranscriptsListStore::transcriptsChanged);
+}
+
+QString TranscriptsListStore::error() const {
+  return text(state().error);
+}
+
+void TranscriptsListStore::refetchContentButtonClicked() {
+  store_.send(Action::refetchContentButtonClicked{});
+}
+
+void TranscriptsListStore::transcriptsChanged() {
+  auto const& transcripts = state().transcripts;
+  int count = unassignedCount_;
+  auto const isUnassigned = [](Transcripts const& list, std::size_t position) {
+    return position < list.size() && !list[position].customerID ? 1 : 0;
+  };
+  transcripts.forEachDifference(counted_, [&](std::size_t position) {
+    count += isUnassigned(transcripts, position) - isUnassigned(counted_, position);
+  });
+  counted_ = transcripts;
+  if (std::exchange(unassignedCount_, count) != count) Q_EMIT unassignedCountChanged();
+}
+
+}  // namespace vek

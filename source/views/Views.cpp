@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "views/Views.hpp"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlComponent>
+
+#include <stdexcept>
+
+// Generated with the module. The call keeps it in programs that link the module statically.
+void qml_register_types_VEK();  // NOLINT(readability-identifier-naming)
+
+namespace vek {
+
+namespace {
+constexpr int bodySize = 13;
+}
+
+void prepareViews() {
+  // Small windows that rarely change: a graphics card would cost more memory and a slower start.
+  QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+  QFont font;
+  font.setFamilies(
+      {QStringLiteral("Inter"), QStringLiteral("Noto Sans"), QStringLiteral("Noto Color Emoji")});
+  font.setPixelSize(bodySize);
+  QGuiApplication::setFont(font);
+  qml_register_types_VEK();
+}
+
+std::unique_ptr<QQmlEngine> makeEngine() {
+  auto engine = std::make_unique<QQmlEngine>();
+  engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
+  return engine;
+}
+
+std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine& engine, QString const& name,
+                                         QVariantMap const& properties) {
+  QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/VEK/%1.qml").arg(name)));
+  std::unique_ptr<QObject> made(component.createWithInitialProperties(properties));
+  auto* window = qobject_cast<QQuickWindow*>(made.get());
+  if (!window) throw std::runtime_error(component.errorString().toStdString());
+  static_cast<void>(made.release());
+  return std::unique_ptr<QQuickWindow>(window);
+}
+
+}  // namespace vek

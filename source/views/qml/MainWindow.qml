@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import VEK
+
+// The one small main window. It has no frame of the desktop's: it is moved by its background, stays
+// above others, and is as high as its content.
+Window {
+    id: window
+
+    required property AppStore store
+    /// Without a compositor what is outside round corners would be black.
+    required property bool isComposited
+    property alias isShowingList: content.isShowingList
+
+    width: 240
+    height: strip.height + content.implicitHeight
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: height
+    maximumHeight: height
+    title: "VEK"
+    color: isComposited ? "transparent" : Theme.window
+    flags: Qt.Window | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowTitleHint
+           | Qt.WindowMinimizeButtonHint | Qt.WindowCloseButtonHint
+
+    Rectangle {
+        anchors.fill: parent
+        radius: window.isComposited ? Theme.windowRadius : 0
+        color: Theme.window
+        border.color: Theme.windowOutline
+        border.width: 1
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        onPressed: window.startSystemMove()
+    }
+
+    Item {
+        id: strip
+
+        width: parent.width
+        height: Theme.control + Theme.space1
+
+        Row {
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.space2
+            anchors.verticalCenter: parent.verticalCenter
+
+            WindowButton {
+                symbol: "dash"
+                text: qsTr("Minimise")
+                onClicked: window.showMinimized()
+            }
+            WindowButton {
+                symbol: "x"
+                text: qsTr("Close")
+                onClicked: window.close()
+            }
+        }
+    }
+
+    ContentView {
+        id: content
+
+        anchors.top: strip.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: Theme.space4
+        anchors.rightMargin: Theme.space4
+        store: window.store
+    }
+
+    // Two entries of the menu show this one; the first of them has it.
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: window.store.menu.checkForUpdatesMenuItemClicked()
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: window.store.menu.quitMenuItemClicked()
+    }
+    Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: window.close()
+    }
+}

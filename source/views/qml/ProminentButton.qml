@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import VEK
+
+// The one button of a view that stands out.
+T.Button {
+    id: button
+
+    implicitWidth: Math.max(implicitContentWidth + leftPadding + rightPadding, 88)
+    implicitHeight: Theme.control
+    leftPadding: Theme.space3
+    rightPadding: Theme.space3
+    hoverEnabled: true
+    Accessible.name: text
+
+    contentItem: Text {
+        text: button.text
+        font.pixelSize: Theme.body
+        font.weight: Font.Medium
+        color: Theme.accentText
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: button.down ? Theme.accentPressed
+             : button.hovered ? Theme.accentHover : Theme.accent
+
+        FocusRing {
+            radius: Theme.controlRadius + 3
+            visible: button.visualFocus
+        }
+    }
+    opacity: enabled ? 1 : 0.5
+}

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import VEK
+
+Column {
+    id: view
+
+    required property RecordingStore recordingStore
+
+    spacing: 10
+
+    T.AbstractButton {
+        id: button
+
+        objectName: "recordButton"
+        anchors.horizontalCenter: parent.horizontalCenter
+        implicitWidth: contentItem.implicitWidth
+        implicitHeight: contentItem.implicitHeight
+        focusPolicy: Qt.StrongFocus
+        text: view.recordingStore.isRecording ? qsTr("Stop recording") : qsTr("Record")
+        scale: down ? 0.95 : 1
+        Accessible.role: Accessible.Button
+        Accessible.name: text
+        onClicked: view.recordingStore.recordButtonClicked()
+
+        contentItem: RecordSymbol {
+            isRecording: view.recordingStore.isRecording
+        }
+        background: FocusRing {
+            radius: width / 2
+            visible: button.visualFocus
+        }
+        Behavior on scale {
+            NumberAnimation { duration: Theme.quick }
+        }
+    }
+
+    Text {
+        id: elapsed
+
+        objectName: "elapsedTime"
+        width: parent.width
+        height: 20
+        opacity: view.recordingStore.isRecording ? 1 : 0
+        color: Theme.primary
+        font.family: Theme.clockFamily
+        font.pixelSize: Theme.body
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+
+        function refresh() {
+            text = view.recordingStore.elapsedTimeText();
+        }
+        Component.onCompleted: refresh()
+
+        Connections {
+            target: view.recordingStore
+            function onIsRecordingChanged() { elapsed.refresh(); }
+        }
+        Timer {
+            interval: 1000
+            repeat: true
+            triggeredOnStart: true
+            running: view.recordingStore.isRecording && elapsed.visible
+            onTriggered: elapsed.refresh()
+        }
+    }
+
+    FadingTextView {
+        objectName: "transcript"
+        width: parent.width
+        height: 40
+        opacity: view.recordingStore.isRecording ? 1 : 0
+        text: view.recordingStore.displayedTranscript
+    }
+}
