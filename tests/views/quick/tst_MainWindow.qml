@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtTest
+import VEK
+import VEK.Test
+
+TestCase {
+    id: test
+
+    name: "MainWindow"
+    when: windowShown
+    width: 240
+    height: 440
+    visible: true
+
+    readonly property string longText: "word ".repeat(200)
+
+    ScriptedApp { id: app }
+
+    ContentView {
+        id: content
+
+        width: parent.width
+        store: app.store
+    }
+
+    function init() {
+        content.isShowingList = false;
+        app.show({});
+        app.forgetSent();
+        tryCompare(content, "hasPanel", false);
+    }
+
+    function part(name: string): Item {
+        return findChild(content, name);
+    }
+
+    function shown(names: var): var {
+        return names.filter(name => part(name).visible);
+    }
+
+    function test_oneOfThreeViewsIsShown_data() {
+        return [
+            { tag: "signed out", facts: {}, view: "loginView" },
+            { tag: "signed out, permitted", facts: { permitted: true }, view: "loginView" },
+            { tag: "signed in", facts: { loggedIn: true }, view: "permissionsView" },
+            { tag: "all there", facts: { loggedIn: true, permitted: true }, view: "recordingView" },
+        ];
+    }
+
+    function test_oneOfThreeViewsIsShown(row) {
+        app.show(row.facts);
+        compare(shown(["loginView", "permissionsView", "recordingView"]), [row.view]);
+        compare(part("listButton").visible, row.facts.loggedIn === true);
+    }
+
+    function test_aPressSendsWhatTheUserDid_data() {
+        return [
+            { tag: "login", facts: {}, button: "loginButton",
+              sends: "session(loginButtonClicked)" },
+            { tag: "permission", facts: { loggedIn: true }, button: "permissionsButton",
+              sends: "permissions(requestPermissionsClicked)" },
+            { tag: "record", facts: { loggedIn: true, permitted: true }, button: "recordButton",
+              sends: "recording(recordButtonClicked)" },
+        ];
+    }
+
+    function test_aPressSendsWhatTheUserDid(row) {
+        app.show(row.facts);
+        mouseClick(part(row.button));
+        compare(app.sent, [row.sends]);
+    }
+
+    function test_buttonsWaitWhileTheirRequestIsOpen() {
+        app.show({ loggingIn: true });
+        compare(part("loginButton").enabled, false);
+        compare(part("loginProgress").opacity, 1);
+        compare(part("headerProgress").visible, false);
+        app.show({ loggedIn: true, asking: true });
+        compare(part("permissionsButton").enabled, false);
+        compare(part("permissionsProgress").opacity, 1);
+        compare(part("headerProgress").visible, true);
+        app.show({ loggedIn: true });
+        compare(part("permissionsProgress").opacity, 0);
+        compare(part("headerProgress").visible, false);
+        for (const fact of ["starting", "refreshing"]) {
+            app.show({ loggedIn: true, permitted: true, [fact]: true });
+            compare(part("headerProgress").visible, true);
+        }
+    }
+
+    function test_eachErrorHasItsCardAndTheLastStandsOnTop() {
+        const cards = ["permissionsError", "recordingError", "sessionError", "transcriptsError"];
+        compare(shown(cards), []);
+        app.show({ permissionsError: "a", recordingError: "b", sessionError: "c",
+                   transcriptsError: "d" });
+        compare(shown(cards), cards);
+        for (let i = 1; i < cards.length; ++i) {
+            const siblings = Array.from(part(cards[i]).parent.children);
+            verify(siblings.indexOf(part(cards[i])) > siblings.indexOf(part(cards[i - 1])));
+        }
+        for (const card of cards) mouseClick(findChild(part(card), "dismissButton"));
+        compare(app.sent, Array(4).fill("transcripts(refetchContentButtonClicked)"));
+
+        app.forgetSent();
+        for (const name of ["permissions", "recording", "session"]) {
+            app.show({ [name + "Error"]: longText });
+            const card = part(name + "Error");
+            verify(card.height <= 160, "the card stays in the main area");
+            mouseClick(findChild(card, "dismissButton"));
+        }
+        compare(app.sent, ["permissions(dismissErrorButtonClicked)",
+                           "recording(dismissErrorButtonClicked)",
+                           "session(dismissErrorButtonClicked)"]);
+    }
+
+    function test_timeAndTextKeepTheirPlaceWithoutARecording() {
+        app.show({ loggedIn: true, permitted: true });
+        const before = [part("recordButton").y, part("elapsedTime").y, part("transcript").y];
+        compare(part("elapsedTime").opacity, 0);
+        app.show({ loggedIn: true, permitted: true, recording: "Hello", elapsed: 65 });
+        compare(part("elapsedTime").opacity, 1);
+        compare(part("elapsedTime").text, "01:05");
+        compare(part("transcript").text, "Hello");
+        compare([part("recordButton").y, part("elapsedTime").y, part("transcript").y], before);
+        tryCompare(part("elapsedTime"), "text", "01:06", 2500);
+    }
+
+    function test_theListMovesInAndOutAndSurvivesALogout() {
+        app.show({ loggedIn: true, permitted: true });
+        const closed = content.implicitHeight;
+        mouseClick(part("listButton"));
+        compare(content.isShowingList, true);
+        compare(content.implicitHeight, closed + 181);
+        tryCompare(content, "reveal", 1);
+        app.show({});
+        compare(content.isShowingList, true);
+        compare(part("listPanel").visible, true);
+        app.show({ loggedIn: true });
+        mouseClick(part("listButton"));
+        tryCompare(content, "implicitHeight", closed);
+    }
+
+    function test_theBadgeCountsTranscriptsWithoutACustomer() {
+        const badge = part("badge");
+        app.show({ loggedIn: true, permitted: true, transcripts: 3 });
+        compare(badge.visible, false);
+        app.show({ loggedIn: true, permitted: true, transcripts: 1200, unassigned: 1100 });
+        tryCompare(badge, "opacity", 1);
+        compare(badge.count, 1100);
+        compare(badge.label, Number(1100).toLocaleString(Qt.locale(), "f", 0));
+        app.show({ loggedIn: true, permitted: true, transcripts: 3 });
+        compare(badge.visible, true, "it fades away");
+        tryCompare(badge, "visible", false);
+    }
+}
