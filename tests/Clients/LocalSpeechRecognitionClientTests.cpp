@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <atomic>
-#include <deque>
 #include <stdexcept>
 #include <thread>
 
@@ -10,42 +8,18 @@
 #include "Clients/LocalSpeechRecognitionError.hpp"
 #include "Clients/RecorderError.hpp"
 #include "runtime/SyncWait.hpp"
+#include "support/Journal.hpp"
+#include "support/PieceReader.hpp"
 
 namespace vek {
 namespace {
 
-using namespace std::chrono_literals;
 using Status = SpeechRecognizerAuthorizationStatus;
 using Buffer = std::shared_ptr<AudioPCMBuffer const>;
+using test::eventually;
+using test::Journal;
+using Reader = test::PieceReader;
 using testing::ElementsAre;
-
-/// What happened, in its order, written by any thread.
-class Journal {
- public:
-  void add(std::string entry) {
-    std::lock_guard const lock(mutex_);
-    entries_.push_back(std::move(entry));
-  }
-  [[nodiscard]] std::vector<std::string> entries() const {
-    std::lock_guard const lock(mutex_);
-    return entries_;
-  }
-  [[nodiscard]] bool contains(std::string const& entry) const {
-    return std::ranges::count(entries(), entry) > 0;
-  }
-
- private:
-  mutable std::mutex mutex_;
-  std::vector<std::string> entries_;
-};
-
-bool eventually(std::function<bool()> const& condition) {
-  for (int attempt = 0; attempt < 1000; ++attempt) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(5ms);
-  }
-  return false;
-}
 
 struct ScriptedTask : SpeechRecognitionTask {
   explicit ScriptedTask(std::shared_ptr<Journal> entries) : journal(std::move(entries)) {}
@@ -77,61 +51,6 @@ struct ScriptedRecognizer : SpeechRecognizer {
   bool available = true;
   mutable std::mutex mutex;
   std::vector<SpeechRecognitionResultHandler> handlers;
-};
-
-/// Reads a stream of pieces on the test's own thread, whenever the test says so.
-class Reader {
- public:
-  explicit Reader(Stream<RecordingTranscript> stream)
-      : reading_(spawn(queue_, read(std::move(stream)))) {
-    run();
-  }
-  Reader(Reader const&) = delete;
-  Reader& operator=(Reader const&) = delete;
-  ~Reader() {
-    reading_.cancel();
-    run();
-  }
-
-  /// All pieces so far: partial ones end in "...", then "end" or the error's text.
-  std::vector<std::string> const& read() {
-    run();
-    return texts_;
-  }
-
- private:
-  struct Queue : Executor {
-    void post(UniqueFunction<void()> item) override {
-      std::lock_guard const lock(mutex);
-      work.push_back(std::move(item));
-    }
-    std::mutex mutex;
-    std::deque<UniqueFunction<void()>> work;
-  };
-
-  Task<> read(Stream<RecordingTranscript> stream) {
-    try {
-      while (auto piece = co_await stream.next())
-        texts_.push_back(piece->text + (piece->isPartial ? "..." : ""));
-      texts_.emplace_back("end");
-    } catch (std::exception const& error) {
-      texts_.emplace_back(error.what());
-    }
-  }
-  void run() {
-    std::unique_lock lock(queue_.mutex);
-    while (!queue_.work.empty()) {
-      auto const item = std::move(queue_.work.front());
-      queue_.work.pop_front();
-      lock.unlock();
-      item();
-      lock.lock();
-    }
-  }
-
-  Queue queue_;
-  std::vector<std::string> texts_;
-  TaskHandle reading_;
 };
 
 SpeechRecognitionResult partial(std::string text) {
@@ -190,8 +109,7 @@ struct LocalClientTest : testing::Test {
   /// Starts a recording and waits until the microphone is on for the `count`th time.
   std::unique_ptr<Reader> start(std::ptrdiff_t count = 1) {
     auto reader = std::make_unique<Reader>(syncWait(client.startRecording()));
-    EXPECT_TRUE(eventually(
-        [&] { return std::ranges::count(journal->entries(), "microphone on") == count; }));
+    EXPECT_TRUE(eventually([&] { return journal->count("microphone on") == count; }));
     return reader;
   }
 
@@ -290,7 +208,7 @@ TEST_F(LocalClientTest, StopFinishesTheTaskEndsTheStreamAndTurnsTheMicrophoneOff
   EXPECT_TRUE(eventually([&] { return buffers.isAbandoned(); })) << "the audio task still reads";
 
   syncWait(client.stopRecording());
-  EXPECT_EQ(std::ranges::count(journal->entries(), "finish"), 1);
+  EXPECT_EQ(journal->count("finish"), 1);
 }
 
 TEST_F(LocalClientTest, FailureOfTheMicrophoneEndsTheStreamAndItsEndDoesNot) {
