@@ -380,4 +380,14 @@ RemoteSpeechRecognitionClient makeRemoteSpeechRecognitionClient(
           .stopRecording = [client] { return client->stopRecording(); }};
 }
 
+RemoteSpeechRecognitionClient RemoteSpeechRecognitionClientKey::liveValue() {
+  return makeRemoteSpeechRecognitionClient(
+      {.makeSession =
+           [](std::weak_ptr<URLSessionWebSocketDelegate> delegate) {
+             return URLSession::make(URLSession::Configuration::defaultSessionConfiguration(),
+                                     std::move(delegate));
+           },
+       .captureDevice = captureDevice()});
+}
+
 }  // namespace vek

@@ -89,14 +89,6 @@ TEST_F(SpeechRecognitionProviderTests, FailuresLeaveTheCurrentClientInPlace) {
   EXPECT_THAT(calls_, ElementsAre("local.start", "local.stop", "local.stop"));
 }
 
-TEST(RemoteSpeechRecognitionClient, StartSaysThatItIsMissing) {
-  auto const client = RemoteSpeechRecognitionClientKey::liveValue();
-  EXPECT_THAT([&] { (void)syncWait(client.startRecording()); },
-              testing::ThrowsMessage<std::runtime_error>(
-                  "The hosted recogniser is not part of this version."));
-  syncWait(client.stopRecording());
-}
-
 TEST(RecognitionProvider, SettingIsStoredWithItsQuotes) {
   // The standard store takes its place at the first use in the process.
   test::TemporaryFolder const folder;

@@ -20,6 +20,9 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
+/// Where no recogniser listens.
+constexpr auto* placeOfNobody = "wss://localhost:1";
+
 class MainJob : public ProgramTests {};
 
 TEST_F(MainJob, StoresWhatItPrintsAndReadsItBack) {
@@ -148,16 +151,19 @@ class Settings : public ProgramTests {
 TEST_F(Settings, AProviderOfOneRunIsNotTheSetting) {
   std::string const setting = R"({"recognitionProvider":"\"apple\""})";
   write(setting);
-  auto const result = run({"record", "--provider", "deepgram"});
+  surroundings.deployment["recogniserURL"] = placeOfNobody;
+  auto const result =
+      run({"record", "--provider", "deepgram", "--from", speechFile("hts-slt-s03")});
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.messages,
-              HasSubstr("error: The hosted recogniser is not part of this version.\n"));
+  EXPECT_THAT(result.messages, HasSubstr("error: Could not connect to the server"));
   EXPECT_EQ(readFile(file), setting);
 }
 
 TEST_F(Settings, TheProviderThatTheyNameIsUsed) {
   write(R"({"recognitionProvider":"\"deepgram\""})");
-  EXPECT_THAT(run({"record"}).messages, HasSubstr("error: The hosted recogniser is not part"));
+  surroundings.deployment["recogniserURL"] = placeOfNobody;
+  EXPECT_THAT(run({"record", "--from", speechFile("hts-slt-s03")}).messages,
+              HasSubstr("error: Could not connect to the server"));
 }
 
 TEST_F(Settings, TheProviderIsToldAndChosen) {
