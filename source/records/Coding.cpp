@@ -2,6 +2,7 @@
 #include "records/Coding.hpp"
 
 #include <array>
+#include <cmath>
 
 #include <boost/json/kind.hpp>
 #include <boost/json/parse.hpp>
@@ -91,7 +92,9 @@ boost::json::value Coding<std::int64_t>::encode(std::int64_t const& value,
 
 double Coding<double>::decode(boost::json::value const& value, Path const& path) {
   if (!value.is_number()) failType(path, "number", value);
-  return value.to_number<double>();
+  auto const number = value.to_number<double>();
+  if (!std::isfinite(number)) fail(path, "expected number, got one out of range");
+  return number;
 }
 boost::json::value Coding<double>::encode(double const& value, boost::json::storage_ptr storage) {
   return boost::json::value(value, std::move(storage));
