@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <sys/types.h>
-
-#include <csignal>
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "support/ChildProcess.hpp"
 #include "support/SessionBus.hpp"
 #include "support/TemporaryFolder.hpp"
 
@@ -24,7 +23,7 @@ class SecretService {
   explicit SecretService(Keyring keyring) { start(keyring); }
   SecretService(SecretService const&) = delete;
   SecretService& operator=(SecretService const&) = delete;
-  ~SecretService() { kill(); }
+  ~SecretService() = default;
 
   /// In the form of DBUS_SESSION_BUS_ADDRESS.
   [[nodiscard]] std::string address() const { return bus_.address(); }
@@ -32,9 +31,9 @@ class SecretService {
   /// Starts the keyring, which finds what an earlier one has stored. The first has to be unlocked.
   void start(Keyring keyring = Keyring::unlocked);
   /// Ends it like a crash.
-  void kill();
+  void kill() { keyring_.reset(); }
   /// SIGSTOP and SIGCONT: it answers nothing, and goes on.
-  void signal(int number) const { ::kill(pid_, number); }
+  void signal(int number) const { keyring_->signal(number); }
   void lock() const;
   void unlock() const;
 
@@ -43,7 +42,7 @@ class SecretService {
 
   SessionBus bus_;
   TemporaryFolder folder_;
-  pid_t pid_ = -1;
+  std::optional<ChildProcess> keyring_;
 };
 
 /// Counts the calls to the Secret Service of a bus, whoever makes them.
@@ -51,23 +50,18 @@ class SecretServiceCalls {
  public:
   /// Throws std::runtime_error when it cannot watch.
   explicit SecretServiceCalls(SecretService const& service);
-  SecretServiceCalls(SecretServiceCalls const&) = delete;
-  SecretServiceCalls& operator=(SecretServiceCalls const&) = delete;
-  ~SecretServiceCalls();
 
   /// How many there were until now.
   [[nodiscard]] int count();
 
  private:
-  /// Sends a call of its own, and reads until it passes.
+  /// Makes a call of its own, and reads until it passes.
   void catchUp();
 
   std::string address_;
-  pid_t pid_ = -1;
-  int output_ = -1;
+  ChildProcess monitor_;
   int count_ = 0;
   int marks_ = 0;
-  std::string unread_;
 };
 
 }  // namespace vek::test
