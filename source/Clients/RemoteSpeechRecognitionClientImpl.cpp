@@ -262,10 +262,13 @@ void RemoteSpeechRecognitionClientImpl::didReceive(Socket const& socket,
 
 void RemoteSpeechRecognitionClientImpl::didFailToReceive(Socket const& socket,
                                                          std::exception_ptr const& error) {
+  // One that was replaced or closed has nobody left to fail, and its end is nobody's error.
+  if (!isCurrent(socket)) {
+    return logger().debug([&] { return "Failed to receive message: " + description(error); });
+  }
   logger().error("Failed to receive message: " + description(error));
   std::unique_lock lock(mutex_);
-  // One that was replaced or closed has nobody left to fail.
-  if (!socket || webSocketTask_ != socket) return;
+  if (webSocketTask_ != socket) return;
   if (state_ != State::working || !isNotConnected(error)) return stop(std::move(lock), error);
   auto const subject = transcriptionSubject_;
   lock.unlock();
