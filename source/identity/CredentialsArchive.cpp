@@ -14,6 +14,8 @@ namespace {
 
 constexpr char const* className = "A0Credentials";
 constexpr std::int64_t version = 1;
+/// How far from 1970 a date may be: near the ends of what a date can hold there is no counting.
+constexpr Date::duration farthest = std::chrono::years(200);
 
 struct Archived {
   std::string className = {};
@@ -22,7 +24,7 @@ struct Archived {
   std::optional<std::string> tokenType = {};
   std::optional<std::string> idToken = {};
   std::optional<std::string> refreshToken = {};
-  /// In ticks of a date, of which every number is one.
+  /// In ticks of a date.
   std::optional<std::int64_t> expiresIn = {};
   std::optional<std::string> scope = {};
   std::optional<std::string> recoveryCode = {};
@@ -63,6 +65,7 @@ std::optional<Credentials> CredentialsArchive::unarchive(std::string_view bytes)
     if (archived.className != className || archived.version != version) return std::nullopt;
     auto const expiresIn = archived.expiresIn ? Date(Date::duration(*archived.expiresIn))
                                               : std::chrono::system_clock::now();
+    if (expiresIn < Date(-farthest) || expiresIn > Date(farthest)) return std::nullopt;
     return Credentials({.accessToken = std::move(archived.accessToken).value_or(""),
                         .tokenType = std::move(archived.tokenType).value_or(""),
                         .expiresIn = expiresIn,

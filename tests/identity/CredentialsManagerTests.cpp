@@ -230,6 +230,7 @@ TEST(CredentialsArchive, KeepsAllFieldsAndReadsNothingElse) {
         R"({"class":"Other","version":1)" + end, R"({"class":"A0Credentials","version":2)" + end,
         R"({"class":"A0Credentials")" + end,
         R"({"class":"A0Credentials","version":1,"expiresIn":"soon")" + end,
+        R"({"class":"A0Credentials","version":1,"expiresIn":-9223372036854775808)" + end,
         R"({"class":"A0Credentials","version":1,"scope":["a"])" + end,
         R"({"class":"A0Credentials","version":1,"scope":)" + std::string(100'000, '[') + end,
         *bytes + std::string(CredentialsArchive::largestSize, ' ')}) {
