@@ -10,8 +10,8 @@
 
 namespace vek {
 
-/// Puts a WAV file in the place of the microphone. The recogniser on this machine then needs
-/// nobody's permission and hears it as fast as it can; a hosted one hears it as it was spoken.
+/// Puts a WAV file in the place of the microphone, for which `recogniser` needs nobody's
+/// permission. The one on this machine hears it as fast as it can, a hosted one as it was spoken.
 void playFile(std::filesystem::path const& file, RecognitionProvider recogniser,
               std::shared_ptr<WaveFilePlayback> const& playback, DependencyValues& values);
 

@@ -37,8 +37,13 @@ TEST_F(Permission, TheDesktopsSwitchDeniesUnlessThereIsNoDesktop) {
   std::filesystem::create_directories(settings);
   std::ofstream(settings / "keyfile") << "[org/gnome/desktop/privacy]\ndisable-microphone=true\n";
   expectDenied("The microphone is switched off in the desktop's privacy settings.");
+  EXPECT_THAT(run({"record", "--provider", "deepgram"}).messages,
+              EndsWith("Security > Microphone and enable it.\n"));
   // The text of a file is nobody's secret.
-  EXPECT_EQ(run({"record", "--from", speechFile("hts-slt-s03")}).status, 0);
+  for (std::string const provider : {"apple", "deepgram"}) {
+    auto const file = speechFile("hts-slt-s03");
+    EXPECT_EQ(run({"record", "--provider", provider, "--from", file}).status, 0) << provider;
+  }
 
   std::ofstream(settings / "keyfile") << "[org/gnome/desktop/privacy]\ndisable-microphone=false\n";
   expectAllowed();
