@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/ThreadPool.hpp"
+
 namespace vek {
 
 /// The identifier of a record: its `id`, a field or a function.
@@ -27,7 +29,7 @@ decltype(auto) identifier(Element const& element) {
 /// A value whose copies share what is equal: the elements are the leaves of a flat tree, chunks in
 /// branches, of which only the chunk and the branch of a changed element are copied, beside an
 /// index that is copied only when an element comes or goes. So a change does not cost the list's
-/// length.
+/// length. A long list is taken down on the shared pool, with its elements.
 template <class Element>
 class IdentifiedArray {
   struct Entry;
@@ -220,8 +222,28 @@ class IdentifiedArray {
     return *shared;
   }
 
+  struct TakesDown {
+    /// More branches than these would keep the main thread busy for too long.
+    static constexpr auto branchesAtOnce = 2;
+
+    void operator()(Spine* spine) const {
+      std::unique_ptr<Spine> gone(spine);
+      auto const isLast = [](auto const& branch) { return branch.use_count() == 1; };
+      if (std::count_if(gone->begin(), gone->end(), isLast) > branchesAtOnce) {
+        ThreadPool::shared().post([gone = std::move(gone)] {});
+      }
+    }
+  };
+
+  Spine& ownSpine() {
+    if (!spine_ || spine_.use_count() > 1) {
+      spine_ = {spine_ ? new Spine(*spine_) : new Spine(), TakesDown()};
+    }
+    return *spine_;
+  }
+
   Element& mutableElement(std::size_t position) {
-    auto& branch = own(own(spine_)[position / branchSize]);
+    auto& branch = own(ownSpine()[position / branchSize]);
     return own(branch[position % branchSize / chunkSize])[position % chunkSize];
   }
 
@@ -232,7 +254,7 @@ class IdentifiedArray {
 
   /// Puts the element behind the last; it does not enter it into the index.
   void append(Element element) {
-    auto& spine = own(spine_);
+    auto& spine = ownSpine();
     if (size_ % branchSize == 0) spine.push_back(std::make_shared<Branch>());
     auto& branch = own(spine.back());
     if (size_ % chunkSize == 0) branch.push_back(std::make_shared<Chunk>());

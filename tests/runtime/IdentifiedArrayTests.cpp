@@ -2,8 +2,10 @@
 #include "runtime/IdentifiedArray.hpp"
 
 #include <algorithm>
+#include <future>
 #include <random>
 #include <string>
+#include <thread>
 
 namespace vek {
 namespace {
@@ -126,6 +128,40 @@ TEST(IdentifiedArray, IDsChangeWhenElementsComeGoOrMoveOnly) {
   array.remove(3);
   EXPECT_NE(array.ids(), ids);
   EXPECT_TRUE(ids.contains(3) && !array.ids().contains(3));
+}
+
+/// Tells on which thread it goes.
+using Witness = std::shared_ptr<std::promise<std::thread::id>>;
+Witness witness(std::future<std::thread::id>& went) {
+  Witness result(new std::promise<std::thread::id>(), [](auto* promise) {
+    promise->set_value(std::this_thread::get_id());
+    delete promise;
+  });
+  went = result->get_future();
+  return result;
+}
+
+TEST(IdentifiedArray, ALongListIsTakenDownElsewhereAndAChangedElementIsNot) {
+  struct Watched {
+    int id = 0;
+    Witness witness;
+  };
+  auto const here = std::this_thread::get_id();
+  for (auto const& [count, isElsewhere] : {std::pair{100, false}, std::pair{10'000, true}}) {
+    std::vector<Watched> elements;
+    for (int i = 0; i < count; ++i) elements.push_back({.id = i, .witness = nullptr});
+    std::future<std::thread::id> went;
+    elements[7].witness = witness(went);
+    IdentifiedArray list(std::move(elements));
+    auto copy = list;
+    list.update(7, [](Watched& watched) { watched.witness = nullptr; });
+    copy = list;
+    EXPECT_EQ(went.get(), here);
+    list.update(7, [&](Watched& watched) { watched.witness = witness(went); });
+    copy = {};
+    list = {};
+    EXPECT_EQ(went.get() != here, isElsewhere) << count;
+  }
 }
 
 TEST(IdentifiedArray, RefusesAnIdentifierTwice) {
