@@ -146,6 +146,9 @@ class BeastStream final : public WebSocketStream, public std::enable_shared_from
 
   void abort() override {
     if (connector_) connector_->cancel();
+    // What a server that reads nothing has not taken would else outlive the socket.
+    Error ignored;
+    std::ignore = wire().socket().set_option(asio::socket_base::linger(true, 0), ignored);
     wire().close();
   }
 
