@@ -111,6 +111,10 @@ class Peer final : public WebSocketPeer {
     readUntil([](auto const&) { return false; });
   }
 
+  void waitForBytes(std::size_t count) override {
+    for (auto const size = buffer_.size() + count; buffer_.size() < size;) readSome();
+  }
+
   void waitForRelease() override {
     std::unique_lock lock(shared_.mutex);
     shared_.changed.wait(lock, [this] { return shared_.stopping || shared_.releases > 0; });

@@ -55,6 +55,8 @@ class WebSocketPeer {
   virtual void waitForClose() = 0;
   /// ...the client has ended the connection.
   virtual void serve() = 0;
+  /// Reads so many bytes more.
+  virtual void waitForBytes(std::size_t count) = 0;
   /// Reads nothing until the test calls `release` on the server.
   virtual void waitForRelease() = 0;
 
