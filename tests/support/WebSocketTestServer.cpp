@@ -120,9 +120,9 @@ bool WebSocketTestServer::waitUntil(Condition const& condition,
                                          [&] { return condition(state_->shared.connections); });
 }
 
-bool WebSocketTestServer::waitForEnd(std::size_t count) const {
+bool WebSocketTestServer::waitForEnd(std::optional<std::size_t> count) const {
   return waitUntil([count](auto const& connections) {
-    return connections.size() == count &&
+    return connections.size() == count.value_or(connections.size()) &&
            std::ranges::count(connections, true, &WebSocketConnection::isOpen) == 0;
   });
 }

@@ -132,8 +132,8 @@ class WebSocketTestServer {
   /// Whether `condition` comes true within `limit`.
   [[nodiscard]] bool waitUntil(Condition const& condition,
                                std::chrono::milliseconds limit = std::chrono::seconds(20)) const;
-  /// Whether all connections end, and there were `count` of them.
-  [[nodiscard]] bool waitForEnd(std::size_t count) const;
+  /// Whether all connections end, and there were `count` of them where it is given.
+  [[nodiscard]] bool waitForEnd(std::optional<std::size_t> count = {}) const;
 
   /// Lets one script go on that waits for it, now or later.
   void release();
