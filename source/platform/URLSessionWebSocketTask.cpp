@@ -43,12 +43,21 @@ std::exception_ptr error(Code code, std::string const& detail = {}) {
   return std::make_exception_ptr(WebSocketError(code, detail));
 }
 
+/// As much of a reason as a close frame can hold, without half a character at the end.
+std::string shortened(std::string reason) {
+  std::size_t size = std::min(reason.size(), largestReason);
+  while (size < reason.size() && (static_cast<unsigned char>(reason[size]) & 0xc0U) == 0x80) --size;
+  reason.resize(size);
+  return reason;
+}
+
 /// A socket. Operations only post what they ask for to the network thread, where all the rest
 /// happens, so that there is nothing to lock.
-class Task final : public URLSessionWebSocketTask, public std::enable_shared_from_this<Task> {
+class WebSocketTask final : public URLSessionWebSocketTask,
+                            public std::enable_shared_from_this<WebSocketTask> {
  public:
-  Task(HTTPRequest request, URLSession::Configuration configuration,
-       std::weak_ptr<URLSessionWebSocketDelegate> delegate)
+  WebSocketTask(HTTPRequest request, URLSession::Configuration configuration,
+                std::weak_ptr<URLSessionWebSocketDelegate> delegate)
       : loop_(NetworkThread::shared().loop()),
         request_(std::move(request)),
         url_(request_.url),
@@ -58,26 +67,26 @@ class Task final : public URLSessionWebSocketTask, public std::enable_shared_fro
         delegate_(std::move(delegate)) {}
 
   void setDelegate(std::weak_ptr<URLSessionWebSocketDelegate> delegate) override {
-    post([delegate = std::move(delegate)](Task& task) { task.delegate_ = delegate; });
+    post([delegate = std::move(delegate)](WebSocketTask& task) { task.delegate_ = delegate; });
   }
 
   void resume() override {
-    post([](Task& task) { task.begin(); });
+    post([](WebSocketTask& task) { task.begin(); });
   }
 
   void send(WebSocketMessage message, SendCompletion done) override {
-    post([message = std::move(message), done = std::move(done)](Task& task) mutable {
+    post([message = std::move(message), done = std::move(done)](WebSocketTask& task) mutable {
       task.enqueue({std::move(message), std::move(done)});
     });
   }
 
   void receive(ReceiveCompletion done) override {
-    post([done = std::move(done)](Task& task) mutable { task.take(std::move(done)); });
+    post([done = std::move(done)](WebSocketTask& task) mutable { task.take(std::move(done)); });
   }
 
   void cancel(CloseCode code, std::optional<std::string> reason) override {
-    post([code, reason = std::move(reason)](Task& task) {
-      task.close(code, reason.value_or("").substr(0, largestReason));
+    post([code, reason = std::move(reason)](WebSocketTask& task) {
+      task.close(code, shortened(reason.value_or("")));
     });
   }
 
@@ -303,7 +312,7 @@ class Session final : public URLSession {
       : configuration_(std::move(configuration)), delegate_(std::move(delegate)) {}
 
   std::shared_ptr<URLSessionWebSocketTask> webSocketTask(HTTPRequest request) override {
-    auto task = std::make_shared<Task>(std::move(request), configuration_, delegate_);
+    auto task = std::make_shared<WebSocketTask>(std::move(request), configuration_, delegate_);
     auto* const pointer = task.get();
     // What is under way keeps the task itself, so that its owners' last reference is one of its
     // own.

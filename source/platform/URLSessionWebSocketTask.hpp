@@ -26,7 +26,7 @@ struct WebSocketMessage {
 
 class URLSessionWebSocketTask;
 
-/// Hears what happens to a socket, on a thread of the session's.
+/// Hears what happens to a socket, on the thread of its completions.
 class URLSessionWebSocketDelegate {
  public:
   URLSessionWebSocketDelegate() = default;
@@ -39,9 +39,10 @@ class URLSessionWebSocketDelegate {
                                     std::optional<std::string> protocol) = 0;
 };
 
-/// One WebSocket connection, over TLS for "wss" and plain for "ws". Operations come from any thread
-/// and return at once; completions come on one thread of the session's, in order, each exactly
-/// once, also when the socket fails or is cancelled or its last owner lets go of it.
+/// One WebSocket connection, over TLS for "wss" and plain for "ws", through the proxy that the
+/// environment names. Operations come from any thread and return at once; completions come on one
+/// thread that all sockets share, in order, each exactly once, also when the socket fails or is
+/// cancelled or its last owner lets go of it. They must not block.
 class URLSessionWebSocketTask {
  public:
   using SendCompletion = UniqueFunction<void(std::exception_ptr)>;
@@ -55,7 +56,8 @@ class URLSessionWebSocketTask {
   virtual ~URLSessionWebSocketTask() = default;
 
   virtual void setDelegate(std::weak_ptr<URLSessionWebSocketDelegate> delegate) = 0;
-  /// Begins to connect. Until then nothing is sent or read.
+  /// Begins to connect, as soon as the last connection to the same host is a moment ago: longer
+  /// while they keep failing. Until then nothing is sent or read.
   virtual void resume() = 0;
   /// Queues a message. Done when its bytes have been handed to the system; errors are
   /// WebSocketError.
@@ -63,7 +65,8 @@ class URLSessionWebSocketTask {
   /// Takes the next message, now or when it comes; errors are WebSocketError.
   virtual void receive(ReceiveCompletion done) = 0;
   /// Sends a close frame after what is being sent and ends the connection. Reads and sends that are
-  /// still due end with `cancelled`.
+  /// still due end with `cancelled`. Letting go of the socket does the same. A reason is cut to the
+  /// 123 bytes that there is room for.
   virtual void cancel(CloseCode code, std::optional<std::string> reason) = 0;
 };
 

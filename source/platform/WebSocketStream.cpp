@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <netinet/tcp.h>
 
+#include <algorithm>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/address.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -253,10 +254,12 @@ class BeastStream final : public WebSocketStream, public std::enable_shared_from
       return vek::error(Code::protocolError, error.message());
     }
     if (error != websocket::error::closed) return vek::error(Code::notConnected, error.message());
-    auto const& [code, reason] = socket_.reason();
+    auto const& [code, given] = socket_.reason();
+    std::string reason(given.data(), given.size());
+    // They are the server's words, and go into a log by the line.
+    std::ranges::replace_if(reason, [](unsigned char c) { return c < ' '; }, ' ');
     return vek::error(Code::notConnected,
-                      fmt::format("it was closed with {} \"{}\"", static_cast<int>(code),
-                                  std::string_view(reason.data(), reason.size())));
+                      fmt::format("it was closed with {} \"{}\"", static_cast<int>(code), reason));
   }
 
   WebSocketMessage takeMessage() {

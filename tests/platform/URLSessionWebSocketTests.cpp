@@ -261,7 +261,8 @@ TEST(URLSessionWebSocket, SaysWhyItDidNotOpen) {
     EXPECT_EQ(outcomeOf(std::move(sent)).code, code);
     EXPECT_EQ(outcomeOf(client->send("late")).code, code);
     EXPECT_TRUE(client->isDone());
-    EXPECT_TRUE(server.waitForEnd(script ? 1 : 0));
+    // A connection that took too long may not even have been accepted.
+    EXPECT_TRUE(code == timedOut ? server.waitForEnd() : server.waitForEnd(script ? 1 : 0));
   }
 }
 
@@ -322,7 +323,7 @@ TEST(URLSessionWebSocket, GivesWhatCameAndThenSaysHowItEnded) {
             {"a"},
             notConnected,
             "1011 \"no engine\"",
-            [](auto& peer) { peer.text("a"), peer.close(1011, "no engine"); }},
+            [](auto& peer) { peer.text("a"), peer.close(1011, "no\nengine"); }},
            {"closed without a code",
             {},
             notConnected,
@@ -496,13 +497,13 @@ TEST(URLSessionWebSocket, ServerThatTakesNothingEndsTheSend) {
 TEST(URLSessionWebSocket, SlowServerIsWaitedFor) {
   WebSocketTestServer server({[](WebSocketPeer& peer) {
     peer.upgrade();
-    for (int i = 0; i < 4; ++i) peer.waitForRelease(), peer.waitForBytes(4 << 20);
+    for (int i = 0; i < 5; ++i) peer.waitForRelease(), peer.waitForBytes(4 << 20);
   }});
-  auto const client = Client::make(server.url(), {.sendTimeout = 1s})->resume();
+  auto const client = Client::make(server.url(), {.sendTimeout = 1500ms})->resume();
   client->protocol();
   auto sent = client->send(std::string(32 << 20, 'x'));
   // In all longer than the limit, but never without progress for so long.
-  for (int i = 0; i < 4; ++i) std::this_thread::sleep_for(300ms), server.release();
+  for (int i = 0; i < 5; ++i) std::this_thread::sleep_for(400ms), server.release();
   EXPECT_EQ(outcomeOf(std::move(sent)).code, std::nullopt);
 }
 
@@ -512,21 +513,21 @@ TEST(URLSessionWebSocket, CompletionsComeOnAnotherThreadWhichMayCallAgain) {
     for (int i = 0; i < 100; ++i) peer.text(std::to_string(i));
   }});
   auto const task = URLSession::make({}, {})->webSocketTask({.url = server.url()});
-  std::promise<std::vector<std::string>> done;
+  auto const done = std::make_shared<std::promise<std::vector<std::string>>>();
   std::vector<std::string> texts;
   thread_local bool isWithin = false;
   std::function<void()> const readOn = [&] {
     isWithin = true;
-    task->receive([&](Result<WebSocketMessage> message) {
+    task->receive([&, done](Result<WebSocketMessage> message) {
       EXPECT_FALSE(isWithin);
       texts.push_back(std::move(message).value().bytes);
-      texts.size() < 100 ? readOn() : done.set_value(texts);
+      texts.size() < 100 ? readOn() : done->set_value(texts);
     });
     isWithin = false;
   };
   readOn();
   task->resume();
-  auto const all = done.get_future().get();
+  auto const all = done->get_future().get();
   for (std::size_t i = 0; i < all.size(); ++i) EXPECT_EQ(all[i], std::to_string(i));
 }
 
