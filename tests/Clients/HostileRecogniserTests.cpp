@@ -83,10 +83,12 @@ class Streaming {
   void stop() { syncWait(client_->stopRecording()); }
 
   void speak(double rate = 48000, std::size_t frames = 48) {
+    speak(rate, std::vector<std::int16_t>(frames));
+  }
+  void speak(double rate, std::vector<std::int16_t> samples) {
     AudioFormat const format(AudioCommonFormat::pcmFormatInt16, rate, 1, true);
     std::lock_guard const lock(mutex_);
-    buffers_.back().yield(
-        std::make_shared<AudioPCMBuffer const>(format, std::vector<std::int16_t>(frames)));
+    buffers_.back().yield(std::make_shared<AudioPCMBuffer const>(format, std::move(samples)));
   }
   /// Speaks on until all is as it should be.
   void speakUntil(std::function<bool()> const& condition, double rate = 48000) {
@@ -445,6 +447,39 @@ TEST(HostileRecogniser, ThatReadsNoMoreIsAnErrorUnlessItIsStoppedBefore) {
     server.release();
     EXPECT_TRUE(server.waitForEnd(1));
   }
+}
+
+TEST(HostileRecogniser, ThatIsSlowStillGetsEachByteInItsOrder) {
+  constexpr std::int16_t bufferCount = 3000;
+  std::string expected;
+  std::string taken;
+  WebSocketTestServer server({[](WebSocketPeer& peer) {
+                               peer.readRequest();
+                               peer.waitForRelease();
+                               peer.upgrade();
+                               peer.waitForRelease();
+                               peer.waitForMessages(bufferCount);
+                               peer.text(finalMessage("all of it"));
+                             }},
+                             {.identity = authority().localhost(),
+                              .keepsBinaryMessages = false,
+                              .onBinary = [&](std::string_view bytes) { taken += bytes; }});
+  {
+    Streaming streaming(server.url());
+    for (std::int16_t number = 0; number < bufferCount; ++number) {
+      // Of another size each time.
+      std::vector<std::int16_t> samples(1000 + static_cast<std::size_t>(number % 100), number);
+      for (auto const sample : samples) {
+        expected += static_cast<char>(sample & 0xff);
+        expected += static_cast<char>(sample >> 8);
+      }
+      streaming.speak(48000, std::move(samples));
+      if (number == bufferCount / 3 || number == 2 * bufferCount / 3) server.release();
+    }
+    EXPECT_TRUE(eventually([&] { return !streaming.reader().read().empty(); }));
+  }
+  EXPECT_TRUE(server.waitForEnd(1));
+  EXPECT_TRUE(taken == expected) << taken.size() << " bytes of " << expected.size();
 }
 
 /// What the recogniser got of a recording that was stopped in good order.

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <future>
 #include <limits>
 #include <stdexcept>
 #include <thread>
@@ -383,8 +384,8 @@ TEST_F(RemoteClientTest, AFailureOfTheMicrophoneOrOfTheFormatEndsTheStream) {
 TEST_F(RemoteClientTest, StopBeforeTheFirstBufferOpensNothingAndLeavesTheStreamOpen) {
   auto const reader = start();
   stop();
-  speak({1});
   EXPECT_TRUE(eventually([&] { return microphones.back().isAbandoned(); }));
+  speak({1});
   EXPECT_THAT(journal->entries(), ElementsAre("microphone on", "microphone off"));
   EXPECT_THAT(reader->read(), IsEmpty());
   EXPECT_THAT(log->entries(), IsEmpty());
@@ -397,6 +398,26 @@ TEST_F(RemoteClientTest, StopWhileTheMicrophoneStartsDoesNotLeaveItOn) {
   };
   auto const reader = start();
   EXPECT_TRUE(eventually([&] { return journal->entries().back() == "microphone off"; }));
+}
+
+TEST_F(RemoteClientTest, TheMicrophoneStartsForOneRecordingAfterTheOther) {
+  std::promise<void> isOn;
+  beforeMicrophone = [this, &isOn] {
+    journal->add("microphone starts");
+    if (journal->count("microphone starts") == 1) isOn.get_future().wait();
+  };
+  std::ignore = syncWait(client.startRecording());
+  ASSERT_TRUE(journal->waitFor("microphone starts"));
+  stop();
+  auto const reader = std::make_unique<PieceReader>(syncWait(client.startRecording()));
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  isOn.set_value();
+  EXPECT_TRUE(journal->waitFor("microphone on", 2));
+  EXPECT_THAT(journal->entries(),
+              ElementsAre("microphone starts", "microphone off", "microphone on",
+                          "microphone starts", "microphone on"));
+  speak({1});
+  EXPECT_TRUE(journal->waitFor("socket 1 reads"));
 }
 
 TEST_F(RemoteClientTest, StopSendsFinalizeAndClosesWithoutAnAnswer) {

@@ -252,6 +252,7 @@ class Peer final : public WebSocketPeer {
     }
     message_.bytes += frame.payload;
     if (!frame.isFinal) return;
+    if (!message_.isText && shared_.onBinary) shared_.onBinary(message_.bytes);
     update([&](auto& connection) {
       ++connection.messageCount;
       if (!message_.isText) connection.binaryBytes += message_.bytes.size();

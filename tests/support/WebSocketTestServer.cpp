@@ -70,6 +70,7 @@ WebSocketTestServer::WebSocketTestServer(std::vector<WebSocketScript> scripts, O
   std::signal(SIGPIPE, SIG_IGN);
   state_->scripts = std::move(scripts);
   state_->shared.keepsBinaryMessages = options.keepsBinaryMessages;
+  state_->shared.onBinary = std::move(options.onBinary);
   if (options.identity) state_->shared.tls = makeContext(*options.identity);
   state_->listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};

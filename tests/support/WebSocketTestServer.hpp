@@ -110,6 +110,8 @@ class WebSocketTestServer {
     std::optional<TestAuthority::Identity> identity = {};
     /// Off for streams of gigabytes, whose messages are then only counted.
     bool keepsBinaryMessages = true;
+    /// Gets each binary message, on a thread of its connection.
+    std::function<void(std::string_view)> onBinary = {};
   };
 
   /// The first connection gets the first script and so on; those beyond the last get the last.

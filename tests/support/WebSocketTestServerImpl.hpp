@@ -15,6 +15,7 @@ namespace vek::test {
 struct WebSocketServerShared {
   SSL_CTX* tls = nullptr;
   bool keepsBinaryMessages = true;
+  std::function<void(std::string_view)> onBinary = {};
   std::atomic<bool> stopping = false;
 
   std::mutex mutex = {};
