@@ -41,16 +41,6 @@ TEST_F(MainJob, StoresWhatItPrintsAndReadsItBack) {
               MatchesRegex(recorded.id + "  [0-9]+-[0-9]+-[0-9]+ [0-9]+:[0-9]+  -\n"));
 }
 
-TEST_F(MainJob, TheHostedRecogniserHearsTheSame) {
-  auto const result =
-      run({"record", "--provider", "deepgram", "--from", speechFile("hts-slt-s03")});
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.messages, "Recording. Ctrl-C stops.\n");
-  Recorded const recorded(result.output);
-  expectSaid("hts-slt-s03", recorded.text);
-  EXPECT_EQ(storedText(recorded.id), recorded.text);
-}
-
 TEST_F(MainJob, SpeaksToProgramsInJSON) {
   VekctlRun recording(surroundings, {"record", "--json", "--from", speechFile("hts-slt-s01")});
   EXPECT_EQ(recording.wait(), 0);
