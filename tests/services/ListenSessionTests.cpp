@@ -52,7 +52,10 @@ class Stream {
   }
   Stream(Stream const&) = delete;
   Stream& operator=(Stream const&) = delete;
-  ~Stream() { parts_.engine->stop(); }
+  ~Stream() {
+    parts_.engine->stop();
+    socket->leave();
+  }
 
   static ListenQuery standard() {
     return {.sampleRate = speechSampleRate, .channels = 1, .interimResults = true};
