@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "records/TranscriptContentDTO.hpp"
-#include "services/BackendClient.hpp"
+#include "support/BackendClient.hpp"
 #include "support/Environment.hpp"
 
 namespace vek::test {

@@ -11,8 +11,8 @@
 #include "records/TranscriptContentDTO.hpp"
 #include "records/TranscriptDTO.hpp"
 #include "records/TranscriptMetadataDTO.hpp"
-#include "services/BackendClient.hpp"
 #include "services/support/Secret.hpp"
+#include "support/BackendClient.hpp"
 
 namespace vek::test {
 

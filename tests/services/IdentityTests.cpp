@@ -7,7 +7,7 @@
 
 #include "platform/URLComponents.hpp"
 #include "records/Base64URL.hpp"
-#include "services/BackendClient.hpp"
+#include "support/BackendClient.hpp"
 #include "support/IdentityClient.hpp"
 
 namespace vek::test {

@@ -11,7 +11,7 @@
 #include "platform/Files.hpp"
 #include "records/CustomerDTO.hpp"
 #include "records/TranscriptContentDTO.hpp"
-#include "services/BackendClient.hpp"
+#include "support/BackendClient.hpp"
 #include "support/DatabaseIntegrity.hpp"
 
 namespace vek::test {

@@ -9,10 +9,10 @@
 #include <fstream>
 
 #include "records/DeepgramMetadataDTO.hpp"
-#include "services/BackendClient.hpp"
 #include "services/ListenClient.hpp"
 #include "services/support/CertificateAuthority.hpp"
 #include "services/support/HTTPServer.hpp"
+#include "support/BackendClient.hpp"
 #include "support/Environment.hpp"
 #include "support/ScriptedSpeechModels.hpp"
 #include "support/SpeechSamples.hpp"

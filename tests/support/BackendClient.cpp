@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/BackendClient.hpp"
+#include "support/BackendClient.hpp"
 
 #include "records/NewTranscriptDTO.hpp"
 #include "records/UpdateTranscriptDTO.hpp"
