@@ -5,6 +5,8 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <map>
+
 namespace vek {
 
 namespace {
@@ -16,6 +18,11 @@ CLI::Validator const isIdentifier(
       return UUID::parse(text) ? "" : "'" + text + "' is not a transcript's identifier";
     },
     "ID");
+
+std::map<std::string, CommandLine::Export::Format> const exportFormats = {
+    {"md", CommandLine::Export::Format::markdown},
+    {"txt", CommandLine::Export::Format::text},
+    {"json", CommandLine::Export::Format::json}};
 
 std::vector<std::string> providerNames() {
   std::vector<std::string> names;
@@ -29,16 +36,25 @@ struct Grammar {
   CLI::App app{"Records conversations, turns speech into text and reads it back.", "vekctl"};
   CommandLine::Record record;
   CommandLine::Transcribe transcribe;
+  CommandLine::Transcripts transcripts;
+  CommandLine::Assign assign;
+  CommandLine::Export exported;
   std::string provider;
   std::string id;
   double seconds = 0;
+  double pause = 30;
   bool asJSON = false;
 
   CLI::App* recordCommand = add("record", "Record until Ctrl-C, and store the text as it is said");
   CLI::App* transcribeCommand = add("transcribe", "Print the text of WAV files; nothing is stored");
   CLI::App* providerCommand = add("provider", "Print or set the recogniser that recordings use");
   CLI::App* transcriptsCommand = add("transcripts", "List the stored transcripts, newest first");
+  CLI::App* watchCommand = add("watch", "Print the list as it changes, until Ctrl-C");
+  CLI::App* customersCommand = add("customers", "List the customers");
   CLI::App* showCommand = add("show", "Print a stored transcript and its analysis");
+  CLI::App* analyseCommand = add("analyse", "Have a new analysis made of a transcript's text");
+  CLI::App* assignCommand = add("assign", "Assign a transcript to a customer, once and for all");
+  CLI::App* exportCommand = add("export", "Print a whole transcript for other programs to read");
 
   Grammar() {
     app.require_subcommand(1);
@@ -56,9 +72,33 @@ struct Grammar {
     providerCommand->add_option("provider", provider, "Of recordings that start from now on")
         ->check(CLI::IsMember(providerNames()))
         ->type_name("apple|deepgram");
-    showCommand->add_option("id", id, "As `vekctl record` and `vekctl transcripts` print it")
-        ->required()
-        ->check(isIdentifier);
+    addTranscriptsOptions();
+    for (auto* const command : {showCommand, analyseCommand, assignCommand, exportCommand}) {
+      command->add_option("id", id, "As `vekctl record` and `vekctl transcripts` print it")
+          ->required()
+          ->check(isIdentifier);
+    }
+    assignCommand->add_option("customer", assign.customer, "The name or the identifier")
+        ->required();
+    exportCommand->add_option("--format", exported.format, "Markdown unless told")
+        ->transform(CLI::CheckedTransformer(exportFormats))
+        ->type_name("md|txt|json");
+  }
+
+  void addTranscriptsOptions() {
+    auto* const customer =
+        transcriptsCommand
+            ->add_option("--customer", transcripts.customer, "Those of a customer only")
+            ->type_name("NAME");
+    transcriptsCommand
+        ->add_flag("--without-customer", transcripts.withoutCustomer, "Those of no customer only")
+        ->excludes(customer);
+    transcriptsCommand
+        ->add_option("--text", transcripts.text, "Those only that have this in their text")
+        ->type_name("WORDS");
+    watchCommand->add_option("--every", pause, "Look again after so many seconds; 30 unless told")
+        ->check(CLI::PositiveNumber)
+        ->type_name("SECONDS");
   }
 
   [[nodiscard]] CommandLine commandLine() {
@@ -71,8 +111,19 @@ struct Grammar {
     if (providerCommand->parsed()) {
       return {CommandLine::Provider{recognitionProvider(provider)}, asJSON};
     }
-    if (transcriptsCommand->parsed()) return {CommandLine::Transcripts{}, asJSON};
-    return {CommandLine::Show{*UUID::parse(id)}, asJSON};
+    if (transcriptsCommand->parsed()) return {transcripts, asJSON};
+    if (watchCommand->parsed()) {
+      return {CommandLine::Watch{std::chrono::duration<double>(pause)}, asJSON};
+    }
+    if (customersCommand->parsed()) return {CommandLine::Customers{}, asJSON};
+    return {ofOneTranscript(*UUID::parse(id)), asJSON};
+  }
+
+  [[nodiscard]] decltype(CommandLine::command) ofOneTranscript(UUID transcript) {
+    if (analyseCommand->parsed()) return CommandLine::Analyse{transcript};
+    if (assignCommand->parsed()) return CommandLine::Assign{transcript, assign.customer};
+    if (exportCommand->parsed()) return CommandLine::Export{transcript, exported.format};
+    return CommandLine::Show{transcript};
   }
 
  private:

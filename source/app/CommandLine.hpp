@@ -32,12 +32,41 @@ struct CommandLine {
     /// What it shall be from now on; without one it is only told.
     std::optional<RecognitionProvider> choice = {};
   };
-  struct Transcripts {};
+  /// All transcripts that nothing of this leaves out.
+  struct Transcripts {
+    /// The identifier or the name of theirs.
+    std::optional<std::string> customer = {};
+    bool withoutCustomer = false;
+    /// What their text has in it.
+    std::string text = {};
+  };
+  /// Follows the list until it is told to stop.
+  struct Watch {
+    /// Between the end of one look and the next.
+    std::chrono::duration<double> pause;
+  };
+  struct Customers {};
   struct Show {
     UUID id;
   };
+  /// Has a new analysis made and prints it; what is stored stays.
+  struct Analyse {
+    UUID id;
+  };
+  struct Assign {
+    UUID id;
+    /// The identifier or the name.
+    std::string customer;
+  };
+  struct Export {
+    enum class Format { markdown, text, json };
+    UUID id;
+    Format format = Format::markdown;
+  };
 
-  std::variant<Record, Transcribe, Provider, Transcripts, Show> command;
+  std::variant<Record, Transcribe, Provider, Transcripts, Watch, Customers, Show, Analyse, Assign,
+               Export>
+      command;
   /// Output for programs instead of people.
   bool asJSON = false;
 };

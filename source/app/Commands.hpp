@@ -13,7 +13,14 @@ int record(CommandLine::Record const& options, bool asJSON, Terminal& terminal, 
 int transcribe(CommandLine::Transcribe const& options, bool asJSON, Terminal& terminal,
                Signals& signals);
 int provider(CommandLine::Provider const& options, bool asJSON, Terminal& terminal);
-int listTranscripts(bool asJSON, Terminal& terminal);
-int show(CommandLine::Show const& options, bool asJSON, Terminal& terminal);
+int listTranscripts(CommandLine::Transcripts const& options, bool asJSON, Terminal& terminal,
+                    Signals& signals);
+int watch(CommandLine::Watch const& options, bool asJSON, Terminal& terminal, Signals& signals);
+int listCustomers(bool asJSON, Terminal& terminal, Signals& signals);
+int show(CommandLine::Show const& options, bool asJSON, Terminal& terminal, Signals& signals);
+int analyse(CommandLine::Analyse const& options, bool asJSON, Terminal& terminal, Signals& signals);
+int assign(CommandLine::Assign const& options, bool asJSON, Terminal& terminal, Signals& signals);
+int exportTranscript(CommandLine::Export const& options, bool asJSON, Terminal& terminal,
+                     Signals& signals);
 
 }  // namespace vek

@@ -36,8 +36,25 @@ std::string meaning(std::vector<char const*> arguments) {
           [](CommandLine::Provider const& provider) {
             return fmt::format("provider {}", provider.choice ? rawValue(*provider.choice) : "-");
           },
-          [](CommandLine::Transcripts) { return std::string("transcripts"); },
-          [](CommandLine::Show const& show) { return "show " + show.id.lowerCaseText(); }},
+          [](CommandLine::Transcripts const& transcripts) {
+            return fmt::format("transcripts {} {} '{}'", transcripts.customer.value_or("-"),
+                               transcripts.withoutCustomer, transcripts.text);
+          },
+          [](CommandLine::Watch const& watch) {
+            return fmt::format("watch {}s", watch.pause.count());
+          },
+          [](CommandLine::Customers) { return std::string("customers"); },
+          [](CommandLine::Show const& show) { return "show " + show.id.lowerCaseText(); },
+          [](CommandLine::Analyse const& analyse) {
+            return "analyse " + analyse.id.lowerCaseText();
+          },
+          [](CommandLine::Assign const& assign) {
+            return "assign " + assign.id.lowerCaseText() + " " + assign.customer;
+          },
+          [](CommandLine::Export const& exported) {
+            return fmt::format("export {} {}", exported.id.lowerCaseText(),
+                               static_cast<int>(exported.format));
+          }},
       line.command);
   return text + (line.asJSON ? " json" : "");
 }
@@ -51,9 +68,20 @@ TEST(CommandLine, MeansWhatItSays) {
   EXPECT_EQ(meaning({"transcribe", "--json", "--", "-a.wav"}), "transcribe -a.wav json");
   EXPECT_EQ(meaning({"provider", "--json"}), "provider - json");
   EXPECT_EQ(meaning({"provider", "deepgram"}), "provider deepgram");
-  EXPECT_EQ(meaning({"transcripts", "--json"}), "transcripts json");
-  EXPECT_EQ(meaning({"show", "41BCF776-AA28-4CCF-8362-93FA802F7F6C"}),
-            "show 41bcf776-aa28-4ccf-8362-93fa802f7f6c");
+  EXPECT_EQ(meaning({"transcripts", "--json"}), "transcripts - false '' json");
+  EXPECT_EQ(meaning({"transcripts", "--customer", "A & B", "--text", "an offer"}),
+            "transcripts A & B false 'an offer'");
+  EXPECT_EQ(meaning({"transcripts", "--without-customer"}), "transcripts - true ''");
+  EXPECT_EQ(meaning({"watch"}), "watch 30s");
+  EXPECT_EQ(meaning({"watch", "--every", "0.5"}), "watch 0.5s");
+  EXPECT_EQ(meaning({"customers"}), "customers");
+  constexpr auto id = "41BCF776-AA28-4CCF-8362-93FA802F7F6C";
+  std::string const lower = " 41bcf776-aa28-4ccf-8362-93fa802f7f6c";
+  EXPECT_EQ(meaning({"show", id}), "show" + lower);
+  EXPECT_EQ(meaning({"analyse", id}), "analyse" + lower);
+  EXPECT_EQ(meaning({"assign", id, "A & B"}), "assign" + lower + " A & B");
+  EXPECT_EQ(meaning({"export", id}), "export" + lower + " 0");
+  EXPECT_EQ(meaning({"export", id, "--format", "json"}), "export" + lower + " 2");
 }
 
 TEST(CommandLine, AskingForHelpIsNoMistake) {
@@ -78,6 +106,10 @@ TEST(CommandLine, AMistakeIsNamed) {
            {{"provider", "other"}, "provider: other not in {apple,deepgram}"},
            {{"provider", "apple", "deepgram"}, "deepgram"},
            {{"transcribe"}, "files is required"},
+           {{"transcripts", "--customer", "A", "--without-customer"}, "excludes"},
+           {{"watch", "--every", "0"}, "--every"},
+           {{"assign", "41BCF776-AA28-4CCF-8362-93FA802F7F6C"}, "customer is required"},
+           {{"export", "41BCF776-AA28-4CCF-8362-93FA802F7F6C", "--format", "pdf"}, "--format"},
            {{"show", "first"}, "'first' is not a transcript's identifier"}}) {
     CaptureStderr();
     EXPECT_EQ(meaning(arguments), "2");

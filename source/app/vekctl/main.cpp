@@ -24,8 +24,23 @@ int run(vek::CommandLine const& line, vek::Terminal& terminal, vek::Signals& sig
           [&](Line::Provider const& provider) {
             return vek::provider(provider, line.asJSON, terminal);
           },
-          [&](Line::Transcripts) { return vek::listTranscripts(line.asJSON, terminal); },
-          [&](Line::Show const& show) { return vek::show(show, line.asJSON, terminal); }},
+          [&](Line::Transcripts const& transcripts) {
+            return vek::listTranscripts(transcripts, line.asJSON, terminal, signals);
+          },
+          [&](Line::Watch const& watch) {
+            return vek::watch(watch, line.asJSON, terminal, signals);
+          },
+          [&](Line::Customers) { return vek::listCustomers(line.asJSON, terminal, signals); },
+          [&](Line::Show const& show) { return vek::show(show, line.asJSON, terminal, signals); },
+          [&](Line::Analyse const& analyse) {
+            return vek::analyse(analyse, line.asJSON, terminal, signals);
+          },
+          [&](Line::Assign const& assign) {
+            return vek::assign(assign, line.asJSON, terminal, signals);
+          },
+          [&](Line::Export const& exported) {
+            return vek::exportTranscript(exported, line.asJSON, terminal, signals);
+          }},
       line.command);
 }
 
