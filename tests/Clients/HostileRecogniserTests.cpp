@@ -233,7 +233,7 @@ std::vector<Row> rowsOfUpgrades() {
           {"UpgradeAnswered403", {answer(403)}, {}, fails(Code::badServerResponse)},
           {"UpgradeAnswered500", {answer(500)}, {}, fails(Code::badServerResponse)},
           {"UpgradeAnswered200", {answer(200)}, {}, fails(Code::badServerResponse)},
-          {"UpgradeNeverAnswered", {afterRequest(hang)}, {}, fails(Code::timedOut), 300ms},
+          {"UpgradeNeverAnswered", {afterRequest(hang)}, {}, fails(Code::timedOut), 2s},
           {"FinBeforeTheUpgrade", {afterRequest(finish)}, {}, fails(Code::cannotConnect)},
           {"RstBeforeTheUpgrade", {afterRequest(reset)}, {}, fails(Code::cannotConnect)}};
 }
