@@ -75,6 +75,8 @@ Answer WebClient::request(std::string const& method, std::string const& url,
   if (code != CURLE_OK) answer.failure = curl_easy_strerror(code);
   curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &answer.status);
   curl_slist_free_all(list);
+  // A request that never got a connection leaves its copy behind, which a reset forgets.
+  curl_easy_setopt(handle_, CURLOPT_COOKIEFILE, nullptr);
   return answer;
 }
 
