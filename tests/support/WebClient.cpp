@@ -59,7 +59,8 @@ Answer WebClient::request(std::string const& method, std::string const& url,
   curl_easy_setopt(handle_, CURLOPT_NOSIGNAL, 1L);
   curl_easy_setopt(handle_, CURLOPT_TIMEOUT, 20L);
   curl_easy_setopt(handle_, CURLOPT_CAINFO, authority_.c_str());
-  curl_easy_setopt(handle_, CURLOPT_COOKIEFILE, "");
+  // Keeps cookies between requests, and none beyond.
+  curl_easy_setopt(handle_, CURLOPT_COOKIEJAR, "/dev/null");
   curl_easy_setopt(handle_, CURLOPT_CUSTOMREQUEST, method.c_str());
   curl_easy_setopt(handle_, CURLOPT_HTTPHEADER, list);
   if (method == "HEAD") curl_easy_setopt(handle_, CURLOPT_NOBODY, 1L);
@@ -75,8 +76,6 @@ Answer WebClient::request(std::string const& method, std::string const& url,
   if (code != CURLE_OK) answer.failure = curl_easy_strerror(code);
   curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &answer.status);
   curl_slist_free_all(list);
-  // A request that never got a connection leaves its copy behind, which a reset forgets.
-  curl_easy_setopt(handle_, CURLOPT_COOKIEFILE, nullptr);
   return answer;
 }
 
