@@ -158,7 +158,7 @@ TEST_F(Auth0WebAuthTest, OneLoginAtATimeAndARedirectCountsOnce) {
     done = true;
   }(webAuth, first, isDone));
   while (!TransactionStore::shared().current()) std::this_thread::sleep_for(1ms);
-  while (provider.pages.empty()) std::this_thread::sleep_for(1ms);
+  while (provider.pageCount == 0) std::this_thread::sleep_for(1ms);
 
   auto second = webAuth;
   EXPECT_THROW(

@@ -133,11 +133,12 @@ TEST_F(SecretServiceTest, FailingServiceEndsEachCallInTime) {
   // Killed in the middle of a call.
   service_.signal(SIGSTOP);
   store.forget();
-  std::jthread const killer([this] {
+  std::jthread killer([this] {
     std::this_thread::sleep_for(100ms);
     service_.kill();
   });
   EXPECT_THAT(textOf(store), testing::AnyOf(failed, absent));
+  killer.join();
   service_.start();
   EXPECT_TRUE(comesTrue([&] { return textOf(store) == "first"; }));
 }

@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <atomic>
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -26,7 +27,7 @@ class RotatingProvider {
 
   /// What a renewal gives beside tokens.
   std::string answerFields = R"("expires_in":3600,"scope":"openid")";
-  std::chrono::milliseconds delay{0};
+  std::atomic<std::chrono::milliseconds> delay{std::chrono::milliseconds(0)};
 
   [[nodiscard]] std::string url() const { return server.url() + "/"; }
   /// Whether the next use of this refresh token is a good one.
@@ -42,7 +43,7 @@ class RotatingProvider {
  private:
   ScriptedAnswer answer(ReceivedRequest const& request) {
     auto const used = std::string(boost::json::parse(request.body).at("refresh_token").as_string());
-    std::this_thread::sleep_for(delay);
+    std::this_thread::sleep_for(delay.load());
     std::lock_guard const lock(mutex_);
     isRevoked_ |= !predecessors_.contains(used) || spent_.contains(used);
     if (isRevoked_) {

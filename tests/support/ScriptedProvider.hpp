@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <atomic>
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -43,6 +44,8 @@ class ScriptedProvider {
   /// The pages shown so far, by the values of their URLs.
   std::vector<std::map<std::string, std::string>> pages = {};
   std::vector<WebAuthenticationSession::Page> shown = {};
+  /// How many there are, for those who wait on another thread.
+  std::atomic<std::size_t> pageCount = 0;
 
   [[nodiscard]] std::string url() const { return server.url() + "/"; }
   [[nodiscard]] std::string callback(std::string const& values) const {
@@ -66,6 +69,7 @@ class ScriptedProvider {
     pages.emplace_back();
     auto const items = URLComponents(page.url).queryItems();
     for (auto const& [name, value] : items.value()) pages.back()[name] = value;
+    ++pageCount;
     if (redirect) WebAuthenticationSession::handleCallback(callback(*redirect));
   }
 
