@@ -3,12 +3,17 @@
 
 #include <fmt/format.h>
 
+#include <limits>
+
 #include "records/JSON.hpp"
 #include "services/backend/Schema.hpp"
 
 namespace vek::services {
 
 namespace {
+
+/// The transcripts that are read at a time: others wait no longer for a long list than for these.
+constexpr std::int64_t pageSize = 500;
 
 std::int64_t seconds(Date date) {
   return std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
@@ -199,48 +204,67 @@ void BackendStore::setAnalysis(UUID transcript, std::string_view maker, std::siz
 
 std::vector<TranscriptDTO> BackendStore::transcripts(UserID user, std::optional<UUID> customer,
                                                      std::optional<UUID> insight) {
-  std::lock_guard lock(reading_);
   auto const customerText = lowerCaseText(customer);
   auto const insightText = lowerCaseText(insight);
   // A condition for each that is given, so that its index serves.
   auto const sql = fmt::format(
-      "SELECT transcripts.id, insight, status, created, pieces.text "
-      "FROM transcripts LEFT JOIN pieces ON pieces.transcript = transcripts.key "
-      "WHERE user = ?1 AND {} AND {} ORDER BY created DESC, transcripts.key DESC, pieces.key",
-      customer ? "customer = ?2" : "?2 IS NULL", insight ? "insight = ?3" : "?3 IS NULL");
-  auto rows = reader_.query(sql, std::int64_t(user), customerText, insightText);
+      "SELECT page.key, created, id, insight, status, pieces.text FROM (SELECT * FROM transcripts "
+      "WHERE user = ?1 AND (created, key) < (?2, ?3) AND {} AND {} "
+      "ORDER BY created DESC, key DESC LIMIT ?4) AS page "
+      "LEFT JOIN pieces ON pieces.transcript = page.key "
+      "ORDER BY created DESC, page.key DESC, pieces.key",
+      customer ? "customer = ?5" : "?5 IS NULL", insight ? "insight = ?6" : "?6 IS NULL");
   std::vector<TranscriptDTO> result;
-  while (rows.next()) {
-    auto const id = identifier(rows.text(0));
-    if (result.empty() || result.back().id != id) {
-      result.push_back({.id = id,
-                        .insightID = identifier(rows.text(1)),
-                        .transcript = {},
-                        .status = status(rows.text(2)),
-                        .createdOn = date(rows.integer(3))});
+  readPages([&](Place place) {
+    auto rows = reader_.query(sql, std::int64_t(user), place.created, place.key, pageSize,
+                              customerText, insightText);
+    std::optional<Place> last;
+    while (rows.next()) {
+      Place const row{.created = rows.integer(1), .key = rows.integer(0)};
+      if (row != last) {
+        result.push_back({.id = identifier(rows.text(2)),
+                          .insightID = identifier(rows.text(3)),
+                          .transcript = {},
+                          .status = status(rows.text(4)),
+                          .createdOn = date(row.created)});
+      }
+      result.back().transcript += rows.text(5);
+      last = row;
     }
-    result.back().transcript += rows.text(4);
-  }
+    return last;
+  });
   return result;
 }
 
 std::vector<TranscriptMetadataDTO> BackendStore::metadata(UserID user) {
-  std::lock_guard lock(reading_);
-  auto rows = reader_.query(
-      "SELECT id, insight, created, modified, customer FROM transcripts WHERE user = ?1 "
-      "ORDER BY created DESC, key DESC",
-      std::int64_t(user));
   std::vector<TranscriptMetadataDTO> result;
-  while (rows.next()) {
-    TranscriptMetadataDTO row{.id = identifier(rows.text(0)),
-                              .insightID = identifier(rows.text(1)),
-                              .createdOn = date(rows.integer(2)),
-                              .lastModifiedOn = date(rows.integer(3)),
-                              .customerID = {}};
-    if (!rows.isNull(4)) row.customerID = identifier(rows.text(4));
-    result.push_back(row);
-  }
+  readPages([&](Place place) {
+    auto rows = reader_.query(
+        "SELECT key, created, id, insight, modified, customer FROM transcripts "
+        "WHERE user = ?1 AND (created, key) < (?2, ?3) ORDER BY created DESC, key DESC LIMIT ?4",
+        std::int64_t(user), place.created, place.key, pageSize);
+    std::optional<Place> last;
+    while (rows.next()) {
+      last = {.created = rows.integer(1), .key = rows.integer(0)};
+      TranscriptMetadataDTO row{.id = identifier(rows.text(2)),
+                                .insightID = identifier(rows.text(3)),
+                                .createdOn = date(last->created),
+                                .lastModifiedOn = date(rows.integer(4)),
+                                .customerID = {}};
+      if (!rows.isNull(5)) row.customerID = identifier(rows.text(5));
+      result.push_back(row);
+    }
+    return last;
+  });
   return result;
+}
+
+void BackendStore::readPages(PageReader const& readPage) {
+  constexpr auto end = std::numeric_limits<std::int64_t>::max();
+  for (std::optional<Place> place = Place{.created = end, .key = end}; place;) {
+    std::lock_guard lock(reading_);
+    place = readPage(*place);
+  }
 }
 
 }  // namespace vek::services

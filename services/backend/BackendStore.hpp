@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -70,13 +71,23 @@ class BackendStore {
   void setAnalysis(UUID transcript, std::string_view maker, std::size_t textSize,
                    std::string_view analysis);
 
-  // Newest first.
+  // Newest first. A list is read in pages, between which others read and write.
 
   std::vector<TranscriptDTO> transcripts(UserID user, std::optional<UUID> customer,
                                          std::optional<UUID> insight);
   std::vector<TranscriptMetadataDTO> metadata(UserID user);
 
  private:
+  /// Where a page of transcripts begins: after the one of this date and key, newest first.
+  struct Place {
+    std::int64_t created;
+    std::int64_t key;
+    bool operator==(Place const&) const = default;
+  };
+  /// Reads the page after a place and gives the place of its last row; nothing after the last page.
+  using PageReader = std::function<std::optional<Place>(Place)>;
+  void readPages(PageReader const& readPage);
+
   std::mutex writing_;
   Database writer_;
   std::mutex reading_;

@@ -20,7 +20,8 @@ Action internal(InternalAction action) {
 }
 
 Action didUpdate(Transcript transcript) {
-  return internal(InternalAction::delegate{DelegateAction::didUpdateTranscript{transcript}});
+  return internal(
+      InternalAction::delegate{DelegateAction::didUpdateTranscript{std::move(transcript)}});
 }
 
 Effect<Action> tellTheList(TranscriptFeature::State const& state) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "services/backend/BackendStore.hpp"
@@ -51,6 +52,22 @@ TEST_F(Store, ListsTheNewestFirstAndFiltersByCustomerAndInsight) {
   EXPECT_EQ(store.transcripts(user, {}, first.insightID).at(0).id, first.id);
   EXPECT_THAT(store.transcripts(user, customer, first.insightID), IsEmpty());
   EXPECT_THAT(store.metadata(other), IsEmpty());
+}
+
+TEST_F(Store, ALongListHasEachOnceAlsoWhereManyBeganAtOnce) {
+  std::vector<UUID> newestFirst;
+  for (int i = 0; i < 1200; ++i) {
+    newestFirst.push_back(made(noon + std::chrono::seconds(i / 400)).id);
+    if (i % 100 == 0) store.append(user, newestFirst.back(), "text", noon);
+  }
+  std::ranges::reverse(newestFirst);
+  auto const ids = [](auto const& rows) {
+    std::vector<UUID> result;
+    for (auto const& row : rows) result.push_back(row.id);
+    return result;
+  };
+  EXPECT_EQ(ids(store.metadata(user)), newestFirst);
+  EXPECT_EQ(ids(store.transcripts(user, {}, {})), newestFirst);
 }
 
 TEST_F(Store, MoreTextAfterCompletionLeavesItComplete) {
