@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string>
 
 namespace vek {
 namespace {
@@ -30,6 +31,12 @@ std::filesystem::path dataHome() {
 
 std::filesystem::path configHome() {
   return folderFromEnvironment("XDG_CONFIG_HOME", ".config");
+}
+
+std::filesystem::path runtimeFolder() {
+  if (char const* given = std::getenv("XDG_RUNTIME_DIR"); given && given[0] == '/') return given;
+  auto const usual = std::filesystem::path("/run/user") / std::to_string(getuid());
+  return access(usual.c_str(), W_OK) == 0 ? usual : dataHome();
 }
 
 std::filesystem::path expandedPath(std::string_view text) {

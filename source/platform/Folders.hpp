@@ -13,6 +13,10 @@ namespace vek {
 [[nodiscard]] std::filesystem::path dataHome();
 [[nodiscard]] std::filesystem::path configHome();
 
+/// Where processes of the user find each other while the user is logged in (XDG_RUNTIME_DIR); the
+/// data home where the system has no such place.
+[[nodiscard]] std::filesystem::path runtimeFolder();
+
 /// `text` with a leading "~/" replaced by the home folder, and "~/.local/share/" by the data home.
 [[nodiscard]] std::filesystem::path expandedPath(std::string_view text);
 

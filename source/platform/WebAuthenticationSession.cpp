@@ -23,6 +23,17 @@ Surroundings& surroundings() {
   return *instance;
 }
 
+/// What a page, or the redirect that it ends with, says it belongs to.
+std::optional<std::string> stateOf(std::string const& url) {
+  URLComponents const components(url);
+  for (auto const& items : {components.queryItems(), queryItems(components.fragment())}) {
+    for (auto const& [name, value] : items.value_or(std::vector<URLQueryItem>())) {
+      if (name == "state") return value;
+    }
+  }
+  return std::nullopt;
+}
+
 std::exception_ptr sessionError(Code code) {
   return std::make_exception_ptr(WebAuthenticationSessionError(code));
 }
@@ -37,6 +48,13 @@ char const* WebAuthenticationSessionError::what() const noexcept {
 void WebAuthenticationSession::setPresenter(Presenter presenter) {
   std::lock_guard const lock(surroundings().mutex);
   surroundings().presenter = std::move(presenter);
+}
+
+bool WebAuthenticationSession::expects(std::string const& url) {
+  auto const state = stateOf(url);
+  std::lock_guard const lock(surroundings().mutex);
+  auto const session = surroundings().waiting.lock();
+  return session && state && stateOf(session->page_.url) == state;
 }
 
 bool WebAuthenticationSession::handleCallback(std::string const& url) {

@@ -49,6 +49,9 @@ class WebAuthenticationSession : public std::enable_shared_from_this<WebAuthenti
   using Presenter = std::function<void(Page const&)>;
   static void setPresenter(Presenter presenter);
 
+  /// Whether a session waits for the redirect that carries this one's state.
+  [[nodiscard]] static bool expects(std::string const& url);
+
   /// Ends the session that waits for this redirect. False, and nothing changes, when none does: the
   /// scheme is another, the redirect came before, the login was given up, or this is no URL.
   static bool handleCallback(std::string const& url);
