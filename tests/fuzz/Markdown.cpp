@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Texts of a language model: their tree keeps the whole text and survives being written back.
+#include "FuzzInput.hpp"
+#include "markdown/MarkdownDocument.hpp"
+
+#include <cctype>
+#include <string>
+
+namespace {
+
+/// The tree does not tell "1)" from "1.", nor a plain item among tasks from one to be done.
+std::string words(std::string text) {
+  std::erase_if(text, [](unsigned char c) { return c < 0x80 && std::isalnum(c) == 0; });
+  return text;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  using namespace vek;
+  auto const document = MarkdownDocument::parse(test::text(data, size));
+  auto const content = document.content();
+  MarkdownDocument const written(content);
+  test::expect(written.content() == content);
+  test::expect(words(written.plainText()) == words(document.plainText()));
+  return 0;
+}
