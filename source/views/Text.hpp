@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDateTime>
+#include <QLocale>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
+#include "runtime/Date.hpp"
 #include "runtime/ErrorObject.hpp"
 
 namespace vek {
@@ -12,6 +16,13 @@ namespace vek {
 /// What a view shows of an error; nothing without one.
 inline QString text(std::optional<ErrorObject> const& error) {
   return error ? QString::fromStdString(error->localizedDescription()) : QString();
+}
+
+/// A date in the numeric form of the user's language, and the time without its seconds.
+inline QString text(Date moment) {
+  using std::chrono::milliseconds;
+  auto const since = std::chrono::duration_cast<milliseconds>(moment.time_since_epoch());
+  return QLocale().toString(QDateTime::fromMSecsSinceEpoch(since.count()), QLocale::ShortFormat);
 }
 
 }  // namespace vek

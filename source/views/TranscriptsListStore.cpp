@@ -13,19 +13,31 @@ using Action = TranscriptsListFeature::Action;
 TranscriptsListStore::TranscriptsListStore(Observed::Shared store) : store_(std::move(store)) {
   store_.notify<&State::isLoading>(this, &TranscriptsListStore::isLoadingChanged);
   store_.notify<&State::error>(this, &TranscriptsListStore::errorChanged);
+  store_.notify<&State::customers>(this, &TranscriptsListStore::customersChanged);
   store_.notify<&State::transcripts>(this, &TranscriptsListStore::transcriptsChanged);
+  store_.notify<[](State const& state) { return state.transcripts.empty(); }>(
+      this, &TranscriptsListStore::isEmptyChanged);
 }
 
 QString TranscriptsListStore::error() const {
   return text(state().error);
 }
 
+void TranscriptsListStore::openTrasnscript(int row) {
+  store_.send(Action::openTrasnscript{state().transcripts[static_cast<std::size_t>(row)]});
+}
+
 void TranscriptsListStore::refetchContentButtonClicked() {
   store_.send(Action::refetchContentButtonClicked{});
 }
 
+void TranscriptsListStore::customersChanged() {
+  transcripts_.setCustomers(state().customers);
+}
+
 void TranscriptsListStore::transcriptsChanged() {
   auto const& transcripts = state().transcripts;
+  transcripts_.setList(transcripts);
   int count = unassignedCount_;
   auto const isUnassigned = [](Transcripts const& list, std::size_t position) {
     return position < list.size() && !list[position].customerID ? 1 : 0;

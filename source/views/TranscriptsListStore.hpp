@@ -7,6 +7,7 @@
 
 #include "features/TranscriptsListFeature.hpp"
 #include "views/ObservedStore.hpp"
+#include "views/TranscriptsModel.hpp"
 
 namespace vek {
 
@@ -18,6 +19,8 @@ class TranscriptsListStore : public QObject {
   Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
   Q_PROPERTY(bool hasError READ hasError NOTIFY errorChanged)
   Q_PROPERTY(QString error READ error NOTIFY errorChanged)
+  Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY isEmptyChanged)
+  Q_PROPERTY(QObject* transcripts READ transcripts CONSTANT)
   /// How many transcripts have no customer.
   Q_PROPERTY(int unassignedCount READ unassignedCount NOTIFY unassignedCountChanged)
 
@@ -28,12 +31,17 @@ class TranscriptsListStore : public QObject {
   [[nodiscard]] bool isLoading() const { return state().isLoading; }
   [[nodiscard]] bool hasError() const { return state().error.has_value(); }
   [[nodiscard]] QString error() const;
+  [[nodiscard]] bool isEmpty() const { return state().transcripts.empty(); }
+  [[nodiscard]] QObject* transcripts() { return &transcripts_; }
   [[nodiscard]] int unassignedCount() const { return unassignedCount_; }
 
+  /// Opens the transcript of a row.
+  Q_INVOKABLE void openTrasnscript(int row);
   Q_INVOKABLE void refetchContentButtonClicked();
 
   Q_SIGNAL void isLoadingChanged();
   Q_SIGNAL void errorChanged();
+  Q_SIGNAL void isEmptyChanged();
   Q_SIGNAL void unassignedCountChanged();
 
  private:
@@ -41,8 +49,10 @@ class TranscriptsListStore : public QObject {
 
   [[nodiscard]] TranscriptsListFeature::State const& state() const { return store_.state(); }
   void transcriptsChanged();
+  void customersChanged();
 
   Observed store_;
+  TranscriptsModel transcripts_{*this};
   Transcripts counted_;
   int unassignedCount_ = 0;
 };

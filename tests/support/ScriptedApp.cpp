@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support/ScriptedApp.hpp"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -45,14 +48,45 @@ Recording recording(QVariantMap const& facts) {
           .startDate = std::chrono::system_clock::now() - seconds(facts["elapsed"].toInt())};
 }
 
-IdentifiedArray<Transcript> transcripts(int count, int unassigned) {
+/// The same in every state, so that a view keeps its rows.
+UUID numbered(std::size_t number) {
+  return UUID::parse(fmt::format("00000000-0000-0000-0000-{:012}", number)).value();
+}
+
+Customer const knownCustomer{numbered(1), "Harbour Bakery and Sons"};
+UUID const unknownCustomer = numbered(2);
+
+TranscriptContentState textState(QVariantMap const& cell) {
+  using TextState = TranscriptContentState;
+  if (cell.contains("text")) return TextState::content{cell["text"].toString().toStdString()};
+  if (cell["loading"].toBool()) return TextState::loading();
+  if (cell["failed"].toBool()) return TextState::error{error(QStringLiteral("refused")).value()};
+  return TextState::initial();
+}
+
+std::optional<UUID> customerOf(QVariantMap const& cell) {
+  if (!cell.contains("customer")) return std::nullopt;
+  return cell["customer"] == QStringLiteral("known") ? knownCustomer.id : unknownCustomer;
+}
+
+IdentifiedArray<Transcript> transcripts(QVariantList const& cells) {
+  constexpr std::chrono::hours newest(493'000);
   std::vector<Transcript> list;
-  for (int i = 0; i < count; ++i) {
-    Transcript transcript{.id = UUID::random(), .startDate = Date(std::chrono::days(20000 + i))};
-    if (i >= unassigned) transcript.customerID = UUID::random();
-    list.push_back(std::move(transcript));
+  for (std::size_t row = 0; auto const& given : cells) {
+    auto const cell = given.toMap();
+    list.push_back({.id = numbered(row),
+                    .startDate = Date(newest - std::chrono::hours(7) * row++),
+                    .customerID = customerOf(cell),
+                    .textState = textState(cell)});
   }
   return IdentifiedArray(std::move(list));
+}
+
+QVariantList manyTranscripts(int count, int unassigned) {
+  QVariantMap const assigned{{"text", "Hello"}, {"customer", "known"}};
+  QVariantList cells(count, assigned);
+  std::fill_n(cells.begin(), unassigned, QVariantMap{{"text", "Hello"}});
+  return cells;
 }
 
 }  // namespace
@@ -81,8 +115,11 @@ void ScriptedApp::show(QVariantMap const& facts) {
   if (facts.contains("recording")) state.recording.recording = recording(facts);
   state.recording.isLoading = isTrue("starting");
   state.recording.error = error(facts["recordingError"]);
+  auto const count = facts["transcripts"].toInt();
   state.transcripts.transcripts =
-      transcripts(facts["transcripts"].toInt(), facts["unassigned"].toInt());
+      transcripts(facts.contains("cells") ? facts["cells"].toList()
+                                          : manyTranscripts(count, facts["unassigned"].toInt()));
+  state.transcripts.customers.set(knownCustomer);
   state.transcripts.isLoading = isTrue("refreshing");
   state.transcripts.error = error(facts["transcriptsError"]);
   script_->next = std::move(state);

@@ -30,6 +30,10 @@ class ScriptedApp : public QObject {
   ///     recording                                          the text so far
   ///     elapsed                                            seconds since the recording began
   ///     transcripts, unassigned                            how many, and how many without customer
+  ///     cells                                              transcripts one by one, each with:
+  ///     text,
+  ///                                                        loading or failed; customer, "known" or
+  ///                                                        not
   ///     sessionError, permissionsError, recordingError, transcriptsError
   Q_INVOKABLE void show(QVariantMap const& facts);
   Q_INVOKABLE void forgetSent();

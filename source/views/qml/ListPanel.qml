@@ -25,9 +25,12 @@ Item {
         Accessible.name: text
     }
 
+    // As much wider as the room beside its cells, so that they and the title stand in one line.
     TranscriptsListView {
         anchors.left: parent.left
         anchors.right: parent.right
+        anchors.leftMargin: -Theme.space2
+        anchors.rightMargin: -Theme.space2
         anchors.top: title.bottom
         anchors.topMargin: Theme.space2
         anchors.bottom: parent.bottom
