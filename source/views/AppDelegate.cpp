@@ -10,10 +10,19 @@ AppDelegate::AppDelegate() = default;
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+  statusItem = std::make_unique<StatusItem>();
+  statusItem->setImage(QStringLiteral("status item"));
+
   engine_ = makeEngine();
   appStore_ = std::make_unique<AppStore>(store());
   mainWindowController = std::make_unique<MainWindowController>(*engine_, *appStore_);
+  statusItem->setAction([this] { mainWindowController->didClickStatusItem(); });
+
   store()->send(AppFeature::Action::start{});
+  // Who has no status area would find nothing to click on.
+  statusItem->askForHost([this](bool exists) {
+    if (!exists) mainWindowController->show();
+  });
 }
 
 AppStore::Observed::Shared const& AppDelegate::store() {

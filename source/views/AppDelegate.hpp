@@ -5,6 +5,7 @@
 
 #include "views/AppStore.hpp"
 #include "views/MainWindowController.hpp"
+#include "views/StatusItem.hpp"
 #include "views/Views.hpp"
 
 namespace vek {
@@ -27,6 +28,7 @@ class AppDelegate {
   AppStore::Observed::Shared store_;
   std::unique_ptr<QQmlEngine> engine_;
   std::unique_ptr<AppStore> appStore_;
+  std::unique_ptr<StatusItem> statusItem;
   std::unique_ptr<MainWindowController> mainWindowController;
 };
 

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace vek::test {
@@ -44,8 +45,10 @@ ChildProcess::ChildProcess(std::vector<std::string> words, std::filesystem::path
 }
 
 ChildProcess::~ChildProcess() {
-  signal(SIGKILL);
-  while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) continue;
+  if (pid_ > 0) {
+    signal(SIGKILL);
+    while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) continue;
+  }
   closeInput();
   close(output_);
 }
@@ -81,6 +84,17 @@ std::optional<std::string> ChildProcess::readLine(std::chrono::milliseconds limi
 
 void ChildProcess::signal(int number) const {
   ::kill(pid_, number);
+}
+
+std::optional<int> ChildProcess::wait(std::chrono::milliseconds limit) {
+  auto const deadline = std::chrono::steady_clock::now() + limit;
+  int status = 0;
+  while (waitpid(pid_, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > deadline) return {};
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  pid_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace vek::test

@@ -32,6 +32,10 @@ class ChildProcess {
 
   void signal(int number) const;
 
+  /// Its exit status, or 128 and the number of the signal that ended it; nothing when it does not
+  /// end in time.
+  [[nodiscard]] std::optional<int> wait(std::chrono::milliseconds limit = std::chrono::seconds(60));
+
  private:
   pid_t pid_ = -1;
   int input_ = -1;

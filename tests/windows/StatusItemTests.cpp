@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// The status item in a real panel, and the main window that it opens and closes.
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "support/Desktop.hpp"
+
+namespace vek::test {
+namespace {
+
+/// Right of this lies the first place of the window, below the right end of the panel.
+constexpr int distanceFromTheRight = 260;
+
+class StatusItem : public testing::Test {
+ protected:
+  std::string shownWindow() {
+    EXPECT_TRUE(eventually([this] { return desktop.window("VEK").has_value(); })) << desktop.log();
+    return desktop.window("VEK").value_or("");
+  }
+  bool isHidden() {
+    return eventually([this] { return !desktop.window("VEK"); });
+  }
+  Point shownItem() {
+    EXPECT_TRUE(eventually([this] { return desktop.statusItem().has_value(); })) << desktop.log();
+    return desktop.statusItem().value_or(Point{});
+  }
+
+  Desktop desktop;
+};
+
+TEST_F(StatusItem, AClickShowsTheWindowInFrontAndTheNextOneHidesIt) {
+  desktop.startPanel();
+  auto const vek = desktop.startVek();
+  auto const item = shownItem();
+  EXPECT_FALSE(desktop.window("VEK")) << "it is shown before it is asked for";
+  auto const other = desktop.start({"xmessage", "-title", "other", "text"});
+  ASSERT_TRUE(eventually([&] { return desktop.window("other").has_value(); }));
+
+  desktop.click(item);
+  auto const window = shownWindow();
+  EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == window; }));
+  EXPECT_EQ(desktop.position(window).x, Desktop::width - distanceFromTheRight);
+  desktop.click(item);
+  EXPECT_TRUE(isHidden());
+  desktop.click(item);
+  EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == shownWindow(); }));
+}
+
+TEST_F(StatusItem, WithoutAStatusAreaTheWindowOpensAndALatePanelShowsTheItemStill) {
+  auto const vek = desktop.startVek();
+  shownWindow();
+  desktop.startPanel();
+  desktop.click(shownItem());
+  EXPECT_TRUE(isHidden());
+}
+
+TEST_F(StatusItem, TheWindowStandsAfterARestartWhereItWasLeft) {
+  auto vek = desktop.startVek();
+  constexpr Point place{333, 222};
+  desktop.move(shownWindow(), place);
+  ASSERT_TRUE(eventually([&] { return desktop.position(shownWindow()) == place; }));
+  vek->signal(SIGTERM);
+  ASSERT_EQ(vek->wait(), 0) << desktop.log();
+
+  vek = desktop.startVek();
+  EXPECT_EQ(desktop.position(shownWindow()), place);
+}
+
+}  // namespace
+}  // namespace vek::test
