@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "markdown/BlockSequence.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vek {
+namespace {
+
+std::vector<DrawnBlock> drawn(std::string const& markdown,
+                              MarkdownEnvironment const& environment = {}) {
+  return BlockSequence::of(MarkdownContent(markdown), environment);
+}
+
+std::string textOf(DrawnBlock const& block) {
+  std::string text;
+  for (auto const& run : std::get<DrawnBlock::Text>(block.content).runs) text += run.text;
+  return text;
+}
+
+TEST(BlockSequence, NothingIsDrawnOfAnEmptyDocument) {
+  EXPECT_TRUE(drawn("").empty());
+  EXPECT_TRUE(drawn("[a]: b").empty());
+}
+
+TEST(BlockSequence, TheLargestMarginBetweenTwoBlocksIsTheirGap) {
+  auto const blocks = drawn("# A\n\nb\n\nc\n\n## D\n\n***\n\n> e\n\nf");
+  std::vector<double> gaps;
+  for (auto const& block : blocks) gaps.push_back(block.gapAbove);
+  EXPECT_EQ(gaps, (std::vector<double>{0, 13, 13, 19.5, 26, 26, 13}));
+}
+
+TEST(BlockSequence, ItemsOfATightListStandTogether) {
+  auto const tight = drawn("a\n\n- b\n- c\n  - d\n\ne");
+  std::vector<double> gaps;
+  for (auto const& block : tight) gaps.push_back(block.gapAbove);
+  EXPECT_EQ(gaps, (std::vector<double>{0, 13, 3.25, 3.25, 13}));
+  EXPECT_EQ(drawn("- b\n\n- c")[1].gapAbove, 13);
+}
+
+TEST(BlockSequence, MarkersOfANumberedListShareTheWidthOfTheWidest) {
+  MarkdownEnvironment environment;
+  environment.markerWidth = [](Drawable const& marker) {
+    return 10.0 * static_cast<double>(marker.label.size());
+  };
+  auto const blocks = drawn("8. a\n9. b\n10. c", environment);
+  for (auto const& block : blocks) {
+    EXPECT_EQ(block.markers.at(0).width, 30);
+    EXPECT_EQ(block.leading, 13 + 30 + 6.5);
+  }
+  EXPECT_EQ(blocks[0].markers[0].drawable.label, "8.");
+  EXPECT_EQ(blocks[2].markers[0].drawable.label, "10.");
+}
+
+TEST(BlockSequence, AnItemHasItsMarkersOnItsFirstBoxOnly) {
+  auto const blocks = drawn("- - a\n\n    b\n- [x] c\n-");
+  ASSERT_EQ(blocks.size(), 4);
+  ASSERT_EQ(blocks[0].markers.size(), 2);
+  EXPECT_EQ(blocks[0].markers[1].drawable.label, "◦");
+  EXPECT_TRUE(blocks[1].markers.empty());
+  EXPECT_EQ(blocks[2].markers.at(0).drawable.symbol, "checkmark.square.fill");
+  EXPECT_EQ(blocks[3].markers.at(0).drawable.symbol, "square");
+  EXPECT_EQ(textOf(blocks[3]), "");
+}
+
+TEST(BlockSequence, QuotesAddABarAndMoveIn) {
+  auto const blocks = drawn("> a\n>\n> > b\n\nc");
+  ASSERT_EQ(blocks[0].bars.size(), 1);
+  ASSERT_EQ(blocks[1].bars.size(), 2);
+  EXPECT_EQ(blocks[0].bars[0].quote, blocks[1].bars[0].quote);
+  EXPECT_EQ(blocks[1].leading, 52);
+  EXPECT_EQ(blocks[1].trailing, 26);
+  EXPECT_TRUE(blocks[2].bars.empty());
+}
+
+TEST(BlockSequence, CodeGoesThroughTheHighlighter) {
+  MarkdownEnvironment environment;
+  environment.highlight = [](std::string const& code, std::string_view language,
+                             TextAttributes const& attributes) -> std::vector<InlineRun> {
+    return {{std::string(language) + ":", attributes}, {code, attributes}};
+  };
+  auto const blocks = drawn("```sh -x\nls\n```\n\n    ls", environment);
+  EXPECT_EQ(textOf(blocks[0]), "sh:ls");
+  EXPECT_EQ(textOf(blocks[1]), ":ls");
+  EXPECT_TRUE(blocks[0].drawable.isScrollable);
+}
+
+TEST(BlockSequence, RawHTMLIsTextApartFromTheLineBreak) {
+  EXPECT_EQ(textOf(drawn("<script>a</script>\n")[0]), "<script>a</script>");
+  EXPECT_EQ(textOf(drawn("a <b>c</b><br/>d")[0]), "a <b>c</b>\nd");
+}
+
+TEST(BlockSequence, WhatNestsWithoutEndIsDrawnWithoutRecursion) {
+  std::string quotes, items;
+  for (int depth = 0; depth < 20'000; ++depth) {
+    quotes += "> ";
+    items += "- ";
+  }
+  for (auto const& markdown : {quotes + "a", items + "a"}) {
+    auto const blocks = drawn(markdown);
+    ASSERT_EQ(blocks.size(), 1);
+    EXPECT_EQ(textOf(blocks[0]), "a");
+    EXPECT_LT(blocks[0].leading, 300);
+  }
+}
+
+}  // namespace
+}  // namespace vek
