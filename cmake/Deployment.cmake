@@ -14,6 +14,12 @@ set(VEK_TRUSTED_AUTHORITY "~/.local/share/vek-services/authority.pem" CACHE STRI
   "PEM file of an authority trusted beside the system's; empty for none")
 set(VEK_ACCESS_TOKEN_FILE "~/.local/share/vek-services/access-token" CACHE STRING
   "File that the local services write the access token of their one user to")
+set(VEK_UPDATE_FEED_URL "https://localhost:8443/updates/feed.json" CACHE STRING
+  "Where updates of the program are published; empty for nowhere")
+set(VEK_UPDATE_PUBLIC_KEY "~/.local/share/vek-services/update-key.pem" CACHE STRING
+  "PEM file of the Ed25519 key that the publisher of updates signs with")
+set(VEK_PACKAGE_MANAGER "" CACHE STRING
+  "What updates the installation in the user's place, such as APT; empty for nothing")
 set(VEK_MODELS_FOLDER "~/.local/share/vek/models" CACHE STRING
   "Folder of the speech engine and its models")
 option(VEK_DEPLOYMENT_FROM_ENVIRONMENT

@@ -4,6 +4,7 @@
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 
+#include "platform/Bundle.hpp"
 #include "platform/SystemVersion.hpp"
 #include "records/Base64URL.hpp"
 
@@ -13,7 +14,7 @@ std::optional<std::string> Telemetry::value() const {
   if (!enabled) return std::nullopt;
   if (info) return info;
   boost::json::object const told{{"name", "vek"},
-                                 {"version", VEK_VERSION},
+                                 {"version", Bundle::main().version},
                                  {"env", boost::json::object{{"macOS", systemVersion()}}}};
   return Base64URL::encode(boost::json::serialize(told));
 }

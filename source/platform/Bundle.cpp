@@ -6,7 +6,7 @@
 namespace vek {
 
 Bundle Bundle::main() {
-  return {.bundleIdentifier = "com.vek.app"};
+  return {.bundleIdentifier = "com.vek.app", .version = VEK_VERSION};
 }
 
 std::optional<std::filesystem::path> Bundle::path(std::string_view resource) const {

@@ -65,6 +65,9 @@ Deployment Deployment::builtIn() {
           .audience = VEK_AUDIENCE,
           .trustedAuthority = expandedPath(VEK_TRUSTED_AUTHORITY),
           .accessTokenFile = expandedPath(VEK_ACCESS_TOKEN_FILE),
+          .updateFeedURL = VEK_UPDATE_FEED_URL,
+          .updatePublicKey = expandedPath(VEK_UPDATE_PUBLIC_KEY),
+          .packageManager = VEK_PACKAGE_MANAGER,
           .modelsFolder = expandedPath(VEK_MODELS_FOLDER)};
 }
 
@@ -87,6 +90,12 @@ Deployment Deployment::fromFile(std::filesystem::path const& file) {
       deployment.trustedAuthority = expandedPath(text);
     } else if (key == "accessTokenFile") {
       deployment.accessTokenFile = expandedPath(text);
+    } else if (key == "updateFeedURL") {
+      deployment.updateFeedURL = text;
+    } else if (key == "updatePublicKey") {
+      deployment.updatePublicKey = expandedPath(text);
+    } else if (key == "packageManager") {
+      deployment.packageManager = text;
     } else if (key == "modelsFolder") {
       deployment.modelsFolder = expandedPath(text);
     } else {

@@ -25,6 +25,12 @@ struct Deployment {
   std::filesystem::path trustedAuthority = {};
   /// File that holds the access token until the user can log in.
   std::filesystem::path accessTokenFile = {};
+  /// Where updates of the program are published; empty when they are not.
+  std::string updateFeedURL = {};
+  /// PEM file of the key that the publisher of updates signs with.
+  std::filesystem::path updatePublicKey = {};
+  /// What updates this installation in the user's place, such as "APT"; empty when nothing does.
+  std::string packageManager = {};
   /// Folder of the speech engine and its models.
   std::filesystem::path modelsFolder = {};
 
