@@ -3,13 +3,15 @@
 
 #include <utility>
 
+#include "Clients/Updater.hpp"
+#include "runtime/Dependency.hpp"
 #include "runtime/Effect.hpp"
 #include "runtime/ObservationIdentity.hpp"
 #include "runtime/Sum.hpp"
 
 namespace vek {
 
-/// The program's menu. Its reducer does nothing yet: there is no menu without a screen.
+/// The program's menu, and whether the settings window is wanted.
 struct MenuFeature {
   struct State {
     /// The settings window is wanted on screen.
@@ -43,7 +45,17 @@ struct MenuFeature {
     using Sum::Sum;
   };
 
-  Effect<Action> reduce(State&, Action const&) const { return Effect<Action>::none(); }
+  Effect<Action> reduce(State& state, Action const& action) const;
+
+ private:
+  using Send = vek::Send<Action>;
+  using Client = Dependency<UpdaterKey>;
+
+  static Task<> quitEffect(Send send);
+  static Task<> checkEffect(Client updater);
+  static Task<> aboutEffect(Send send);
+
+  Client updater;
 };
 
 }  // namespace vek
