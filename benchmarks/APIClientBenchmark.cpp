@@ -20,6 +20,7 @@
 #include "runtime/SyncWait.hpp"
 #include "runtime/WhenAll.hpp"
 #include "support/LocalServices.hpp"
+#include "support/StoredCredentials.hpp"
 
 namespace vek {
 namespace {
@@ -84,9 +85,10 @@ double median(std::vector<double> values) {
 
 int run(int requests) {
   test::LocalServices const services;
+  test::SignedInProcess const user(services);
   setDeployment({.backendURL = services.url(),
+                 .authConfiguration = services.folder() / "Auth0.plist",
                  .trustedAuthority = services.authority(),
-                 .accessTokenFile = services.folder() / "access-token",
                  .modelsFolder = {}});
   auto const client = DependencyValues::current()[apiClient];
   UUID const transcript = syncWait(client->createTranscript({}, {})).id;

@@ -78,7 +78,7 @@ ManyTranscripts::ManyTranscripts() {
   auto values = Deployment::builtIn();
   values.backendURL = services_.url();
   values.trustedAuthority = services_.authority();
-  values.accessTokenFile = services_.folder() / "access-token";
+  values.authConfiguration = services_.folder() / "Auth0.plist";
   setDeployment(values);
 }
 

@@ -3,6 +3,7 @@
 
 #include "features/AppFeature.hpp"
 #include "support/LocalServices.hpp"
+#include "support/StoredCredentials.hpp"
 
 namespace vek::benchmark {
 
@@ -21,6 +22,7 @@ class ManyTranscripts {
 
  private:
   test::LocalServices services_;
+  test::SignedInProcess user_{services_};
 };
 
 /// What one load of the list took.

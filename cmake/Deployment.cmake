@@ -12,8 +12,6 @@ set(VEK_AUDIENCE "https://api.vek.test" CACHE STRING
   "Identifier by which the identity provider knows the backend: an https URL without a path")
 set(VEK_TRUSTED_AUTHORITY "~/.local/share/vek-services/authority.pem" CACHE STRING
   "PEM file of an authority trusted beside the system's; empty for none")
-set(VEK_ACCESS_TOKEN_FILE "~/.local/share/vek-services/access-token" CACHE STRING
-  "File that the local services write the access token of their one user to")
 set(VEK_UPDATE_FEED_URL "https://localhost:8443/updates/feed.json" CACHE STRING
   "Where updates of the program are published; empty for nowhere")
 set(VEK_UPDATE_PUBLIC_KEY "~/.local/share/vek-services/update-key.pem" CACHE STRING

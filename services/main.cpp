@@ -12,7 +12,6 @@
 #include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
 #include "platform/OnDeviceSpeechRecognizer.hpp"
-#include "services/backend/AccessToken.hpp"
 #include "services/backend/Backend.hpp"
 #include "services/backend/SampleData.hpp"
 #include "services/identity/FirstAccount.hpp"
@@ -70,6 +69,7 @@ IdentityConfiguration identityConfiguration(Options const& options, std::uint16_
 void print(FirstAccount const& account) {
   fmt::print("The first account is {}, with this password, which is shown once: {}\n", account.name,
              account.password);
+  std::fflush(stdout);
 }
 
 void run(Options const& options) {
@@ -80,7 +80,6 @@ void run(Options const& options) {
   CertificateAuthority const authority(folder.path());
   BackendStore store(folder / "backend.sqlite");
   auto const user = firstUser(store);
-  grantAccessToken(store, user, folder / "access-token");
 
   HTTPServer server({.port = options.port,
                      .certificate = authority.serverCertificate(),
@@ -88,6 +87,7 @@ void run(Options const& options) {
   auto const configuration = identityConfiguration(options, server.port());
   IdentityStore identityStore(folder / "identity.sqlite", configuration.idleLifetime);
   auto const account = FirstAccount::make(identityStore, user, folder / "first-account");
+  if (account) print(*account);
   configuration.writePropertyList(folder / "Auth0.plist");
   IdentityProvider identity(configuration, identityStore);
   Backend backend(store, [&identity](std::string_view token) { return identity.user(token); },
@@ -103,7 +103,6 @@ void run(Options const& options) {
     backend.handle(std::move(request), std::move(reply));
   });
   logger.notice(fmt::format("started with the data in {}", folder.path().string()));
-  if (account) print(*account);
   fmt::print("Listening on https://localhost:{}\n", server.port());
   std::fflush(stdout);
 

@@ -15,7 +15,6 @@
 #include "records/TranscriptContentDTO.hpp"
 #include "records/UpdateTranscriptDTO.hpp"
 #include "services/backend/Summary.hpp"
-#include "services/support/Secret.hpp"
 
 namespace vek::services {
 
@@ -144,8 +143,7 @@ UserID Backend::authorized(Request const& request) {
   auto const value = request.header("Authorization");
   if (!value.starts_with(scheme)) throw Refusal(401, "An access token is required.");
   auto const token = value.substr(scheme.size());
-  auto user = authorization_(token);
-  if (!user) user = store_.user(tokenHash(token));
+  auto const user = authorization_(token);
   if (!user) throw Refusal(401, "The access token is not valid.");
   return *user;
 }

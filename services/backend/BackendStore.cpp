@@ -79,21 +79,6 @@ UserID BackendStore::addUser(std::string_view name, std::vector<CustomerDTO> con
   return UserID(user);
 }
 
-void BackendStore::setToken(UserID user, std::string const& hash) {
-  std::lock_guard lock(writing_);
-  Transaction transaction(writer_);
-  writer_.run("DELETE FROM tokens WHERE user = ?1", std::int64_t(user));
-  writer_.run("INSERT INTO tokens (hash, user) VALUES (?1, ?2)", hash, std::int64_t(user));
-  transaction.commit();
-}
-
-std::optional<UserID> BackendStore::user(std::string const& tokenHash) {
-  std::lock_guard lock(reading_);
-  auto rows = reader_.query("SELECT user FROM tokens WHERE hash = ?1", tokenHash);
-  if (!rows.next()) return std::nullopt;
-  return UserID(rows.integer(0));
-}
-
 std::string BackendStore::customers(UserID user) {
   std::lock_guard lock(reading_);
   auto rows = reader_.query("SELECT record FROM customers WHERE user = ?1 ORDER BY key",

@@ -40,10 +40,6 @@ class BackendStore {
   UserID addUser(std::string_view name, std::vector<CustomerDTO> const& customers,
                  std::vector<CustomerBrief> const& briefs);
 
-  /// Lets the token with this SHA-256 speak for the user, and no other token.
-  void setToken(UserID user, std::string const& hash);
-  std::optional<UserID> user(std::string const& tokenHash);
-
   /// As a JSON list of `CustomerDTO`, in the order they were added.
   std::string customers(UserID user);
   bool hasCustomer(UserID user, UUID customer);

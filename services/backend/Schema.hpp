@@ -58,6 +58,7 @@ inline constexpr std::array schema = {R"sql(
     size INTEGER NOT NULL,
     text TEXT NOT NULL
   );
-)sql"};
+)sql",
+                                      "DROP TABLE tokens"};
 
 }  // namespace vek::services

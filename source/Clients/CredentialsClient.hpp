@@ -21,6 +21,8 @@ struct CredentialsClient {
 
 struct CredentialsClientKey {
   using Value = CredentialsClient;
+  /// Around the item of this program in the user's keychain, renewed at the provider that the main
+  /// bundle names. Stops the process when the bundle names none.
   static CredentialsClient liveValue();
 };
 inline constexpr DependencyKeyPath<CredentialsClientKey> credentialsClient;

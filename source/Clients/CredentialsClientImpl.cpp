@@ -31,7 +31,7 @@ CredentialsClient credentialsClientOf(CredentialsManager manager) {
           .logOut = [manager] { return on(ThreadPool::shared(), removeEntry(manager)); }};
 }
 
-CredentialsClient credentialsClientOfMainBundle() {
+CredentialsClient CredentialsClientKey::liveValue() {
   auto authentication = Auth0Authentication::ofMainBundle();
   auto identifier = Bundle::main().bundleIdentifier;
   if (!identifier) fatalError("The main bundle has no identifier!");

@@ -39,6 +39,7 @@ struct Grammar {
   CommandLine::Transcripts transcripts;
   CommandLine::Assign assign;
   CommandLine::Export exported;
+  CommandLine::Callback callback;
   std::string provider;
   std::string id;
   double seconds = 0;
@@ -55,6 +56,11 @@ struct Grammar {
   CLI::App* analyseCommand = add("analyse", "Have a new analysis made of a transcript's text");
   CLI::App* assignCommand = add("assign", "Assign a transcript to a customer, once and for all");
   CLI::App* exportCommand = add("export", "Print a whole transcript for other programs to read");
+  CLI::App* logInCommand = add("login", "Sign in on the web, in your browser");
+  CLI::App* logOutCommand = add("logout", "Forget who is signed in");
+  CLI::App* whoAmICommand = add("whoami", "Print who is signed in");
+  CLI::App* callbackCommand =
+      app.add_subcommand("callback", "Hand over the address that a login ended at");
 
   Grammar() {
     app.require_subcommand(1);
@@ -79,6 +85,8 @@ struct Grammar {
           ->check(isIdentifier);
     }
     assignCommand->add_option("customer", assign.customer, "The name or the identifier")
+        ->required();
+    callbackCommand->add_option("url", callback.url, "The address; - to read it from the input")
         ->required();
     exportCommand->add_option("--format", exported.format, "Markdown unless told")
         ->transform(CLI::CheckedTransformer(exportFormats))
@@ -116,6 +124,10 @@ struct Grammar {
       return {CommandLine::Watch{std::chrono::duration<double>(pause)}, asJSON};
     }
     if (customersCommand->parsed()) return {CommandLine::Customers{}, asJSON};
+    if (logInCommand->parsed()) return {CommandLine::LogIn{}, asJSON};
+    if (logOutCommand->parsed()) return {CommandLine::LogOut{}, asJSON};
+    if (whoAmICommand->parsed()) return {CommandLine::WhoAmI{}, asJSON};
+    if (callbackCommand->parsed()) return {callback, asJSON};
     return {ofOneTranscript(*UUID::parse(id)), asJSON};
   }
 

@@ -64,8 +64,17 @@ struct CommandLine {
     Format format = Format::markdown;
   };
 
+  struct LogIn {};
+  struct LogOut {};
+  struct WhoAmI {};
+  /// Hands the redirect that ends a login to whichever program waits for it.
+  struct Callback {
+    /// "-" to read it from standard input.
+    std::string url;
+  };
+
   std::variant<Record, Transcribe, Provider, Transcripts, Watch, Customers, Show, Analyse, Assign,
-               Export>
+               Export, LogIn, LogOut, WhoAmI, Callback>
       command;
   /// Output for programs instead of people.
   bool asJSON = false;

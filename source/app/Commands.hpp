@@ -22,5 +22,9 @@ int analyse(CommandLine::Analyse const& options, bool asJSON, Terminal& terminal
 int assign(CommandLine::Assign const& options, bool asJSON, Terminal& terminal, Signals& signals);
 int exportTranscript(CommandLine::Export const& options, bool asJSON, Terminal& terminal,
                      Signals& signals);
+int logIn(bool asJSON, Terminal& terminal, Signals& signals);
+int logOut(bool asJSON, Terminal& terminal, Signals& signals);
+int whoAmI(bool asJSON, Terminal& terminal, Signals& signals);
+int callback(CommandLine::Callback const& options, Terminal& terminal, Signals& signals);
 
 }  // namespace vek

@@ -64,7 +64,6 @@ Deployment Deployment::builtIn() {
           .authConfiguration = expandedPath(VEK_AUTH_CONFIGURATION),
           .audience = VEK_AUDIENCE,
           .trustedAuthority = expandedPath(VEK_TRUSTED_AUTHORITY),
-          .accessTokenFile = expandedPath(VEK_ACCESS_TOKEN_FILE),
           .updateFeedURL = VEK_UPDATE_FEED_URL,
           .updatePublicKey = expandedPath(VEK_UPDATE_PUBLIC_KEY),
           .packageManager = VEK_PACKAGE_MANAGER,
@@ -88,8 +87,6 @@ Deployment Deployment::fromFile(std::filesystem::path const& file) {
       deployment.audience = text;
     } else if (key == "trustedAuthority") {
       deployment.trustedAuthority = expandedPath(text);
-    } else if (key == "accessTokenFile") {
-      deployment.accessTokenFile = expandedPath(text);
     } else if (key == "updateFeedURL") {
       deployment.updateFeedURL = text;
     } else if (key == "updatePublicKey") {

@@ -23,8 +23,6 @@ struct Deployment {
   std::string audience = {};
   /// PEM file of an authority that is trusted beside the system's; empty for none.
   std::filesystem::path trustedAuthority = {};
-  /// File that holds the access token until the user can log in.
-  std::filesystem::path accessTokenFile = {};
   /// Where updates of the program are published; empty when they are not.
   std::string updateFeedURL = {};
   /// PEM file of the key that the publisher of updates signs with.

@@ -20,8 +20,8 @@ TEST(CredentialsClient, KeepsTheOneItemOfThisProgram) {
               "<string>client</string></dict></plist>");
   auto const before = deployment();
   setDeployment({.authConfiguration = folder / "Auth0.plist"});
-  auto const client = credentialsClientOfMainBundle();
-  auto const nextRun = credentialsClientOfMainBundle();
+  auto const client = CredentialsClientKey::liveValue();
+  auto const nextRun = CredentialsClientKey::liveValue();
   setDeployment(before);
 
   EXPECT_THROW(syncWait(client.credentials()), CredentialsManagerError);

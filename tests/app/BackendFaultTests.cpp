@@ -40,15 +40,15 @@ TEST_F(BackendFaults, AnAuthorityThatIsNotTrusted) {
   EXPECT_THAT(failedRecording(), HasSubstr("error: The server's certificate is not trusted"));
 }
 
-TEST_F(BackendFaults, ATokenThatIsWrongOrMissing) {
-  auto const file = surroundings.folder / "token";
-  surroundings.deployment["accessTokenFile"] = file.string();
+TEST_F(BackendFaults, CredentialsThatAreRefusedOrMissing) {
+  LocalServices const others;
+  std::filesystem::remove_all(surroundings.dataHome());
   EXPECT_EQ(failedRecording(), "error: No credentials were found in the store.\n");
-  std::ofstream(file) << "not-the-token\n";
+  storeCredentials(others, surroundings.dataHome());
   auto const refused = failedRecording();
   EXPECT_THAT(refused, HasSubstr("error: Unexpected HTTP response from " +
                                  endpoint("createMeetingTranscript") + ". Code: 401. "));
-  EXPECT_THAT(refused, Not(HasSubstr("not-the-token")));
+  EXPECT_THAT(refused, Not(HasSubstr(others.token())));
 }
 
 TEST_F(BackendFaults, AnswersThatMakeNoSense) {

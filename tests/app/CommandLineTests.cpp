@@ -54,7 +54,11 @@ std::string meaning(std::vector<char const*> arguments) {
           [](CommandLine::Export const& exported) {
             return fmt::format("export {} {}", exported.id.lowerCaseText(),
                                static_cast<int>(exported.format));
-          }},
+          },
+          [](CommandLine::LogIn) { return std::string("login"); },
+          [](CommandLine::LogOut) { return std::string("logout"); },
+          [](CommandLine::WhoAmI) { return std::string("whoami"); },
+          [](CommandLine::Callback const& callback) { return "callback " + callback.url; }},
       line.command);
   return text + (line.asJSON ? " json" : "");
 }
@@ -82,6 +86,10 @@ TEST(CommandLine, MeansWhatItSays) {
   EXPECT_EQ(meaning({"assign", id, "A & B"}), "assign" + lower + " A & B");
   EXPECT_EQ(meaning({"export", id}), "export" + lower + " 0");
   EXPECT_EQ(meaning({"export", id, "--format", "json"}), "export" + lower + " 2");
+  EXPECT_EQ(meaning({"login", "--json"}), "login json");
+  EXPECT_EQ(meaning({"logout"}), "logout");
+  EXPECT_EQ(meaning({"whoami"}), "whoami");
+  EXPECT_EQ(meaning({"callback", "-"}), "callback -");
 }
 
 TEST(CommandLine, AskingForHelpIsNoMistake) {

@@ -9,6 +9,7 @@
 
 #include "support/LocalServices.hpp"
 #include "support/SpeechSamples.hpp"
+#include "support/StoredCredentials.hpp"
 #include "support/VekctlRun.hpp"
 #include "support/WordErrors.hpp"
 
@@ -55,8 +56,9 @@ class ProgramTests : public testing::Test {
     surroundings.deployment = {{"backendURL", services.url()},
                                {"recogniserURL", services.webSocketURL()},
                                {"trustedAuthority", services.authority().string()},
-                               {"accessTokenFile", (services.folder() / "access-token").string()},
+                               {"authConfiguration", (services.folder() / "Auth0.plist").string()},
                                {"modelsFolder", modelsFolder().string()}};
+    storeCredentials(services, surroundings.dataHome());
   }
 
   [[nodiscard]] VekctlResult run(std::vector<std::string> arguments) const {

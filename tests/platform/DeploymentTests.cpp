@@ -14,7 +14,7 @@ using test::TemporaryFolder;
 TEST(Deployment, HomeIsExpandedWithTheDataHome) {
   TemporaryFolder const folder;
   replaceFile(folder / "file",
-              R"({"modelsFolder": "~/.local/share/vek/models", "accessTokenFile": "~/token"})");
+              R"({"modelsFolder": "~/.local/share/vek/models", "authConfiguration": "~/Auth0.plist"})");
   EnvironmentVariable const home("HOME", "/home/someone");
   {
     EnvironmentVariable const data("XDG_DATA_HOME", "/data");
@@ -23,7 +23,7 @@ TEST(Deployment, HomeIsExpandedWithTheDataHome) {
   EnvironmentVariable const relative("XDG_DATA_HOME", "ignored");
   Deployment const deployment = Deployment::fromFile(folder / "file");
   EXPECT_EQ(deployment.modelsFolder, "/home/someone/.local/share/vek/models");
-  EXPECT_EQ(deployment.accessTokenFile, "/home/someone/token");
+  EXPECT_EQ(deployment.authConfiguration, "/home/someone/Auth0.plist");
   EXPECT_EQ(deployment.backendURL, Deployment::builtIn().backendURL);
 }
 

@@ -11,7 +11,6 @@
 #include "records/TranscriptContentDTO.hpp"
 #include "records/TranscriptDTO.hpp"
 #include "records/TranscriptMetadataDTO.hpp"
-#include "services/support/Secret.hpp"
 #include "support/BackendClient.hpp"
 
 namespace vek::test {
@@ -27,6 +26,14 @@ constexpr char unknownID[] = "00000000-0000-4000-8000-000000000000";
 
 std::string completion(std::string const& transcript, std::string const& customer) {
   return R"({"transcript_id": ")" + transcript + R"(", "customer_id": ")" + customer + "\"}";
+}
+
+/// Changes a database of the services behind their back.
+void execute(std::filesystem::path const& file, char const* script) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, script, nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(database);
 }
 
 class Endpoints : public testing::Test {
@@ -183,18 +190,15 @@ TEST_F(Endpoints, AskForAValidTokenOnEveryRequest) {
 }
 
 TEST_F(Endpoints, AUserSeesNothingOfAnother) {
-  auto const mine = client.create();
-  client.append(mine, "private");
-  sqlite3* database = nullptr;
-  ASSERT_EQ(sqlite3_open((services_->folder() / "backend.sqlite").c_str(), &database), SQLITE_OK);
-  auto const script =
-      "INSERT INTO users (key, name) VALUES (77, 'other');"
-      "INSERT INTO tokens (hash, user) VALUES ('" +
-      services::tokenHash("other token") + "', 77)";
-  ASSERT_EQ(sqlite3_exec(database, script.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-  sqlite3_close(database);
+  LocalServices const services;
+  auto const folder = services.folder();
+  BackendClient me(services);
+  auto const mine = me.create();
+  me.append(mine, "private");
+  execute(folder / "backend.sqlite", "INSERT INTO users (key, name) VALUES (77, 'other')");
+  execute(folder / "identity.sqlite", "UPDATE accounts SET user = 77");
 
-  BackendClient other(services_->url(), services_->authority(), "other token");
+  BackendClient other(services);
   EXPECT_THAT(other.get("getAllTranscriptsMetadata").as<std::vector<TranscriptMetadataDTO>>(),
               IsEmpty());
   EXPECT_THAT(other.get("transcripts").as<std::vector<TranscriptDTO>>(), IsEmpty());
@@ -203,7 +207,8 @@ TEST_F(Endpoints, AUserSeesNothingOfAnother) {
   EXPECT_EQ(other.content(mine).status, 404);
   EXPECT_EQ(other.append(mine, "!").status, 404);
   EXPECT_EQ(other.request("DELETE", "transcripts/" + mine, "").status, 404);
-  EXPECT_EQ(*client.content(mine).as<TranscriptContentDTO>().transcript, "private");
+  execute(folder / "identity.sqlite", "UPDATE accounts SET user = 1");
+  EXPECT_EQ(*me.content(mine).as<TranscriptContentDTO>().transcript, "private");
 }
 
 TEST_F(Endpoints, ABodyBeyondTheLimitIsRefusedAndTheServerGoesOn) {

@@ -36,19 +36,17 @@ mode_t modeOf(std::filesystem::path const& path) {
   return stat(path.c_str(), &state) == 0 ? state.st_mode & 0777 : 0;
 }
 
-TEST(Lifecycle, AGentleRestartKeepsDataTokenAndCertificates) {
+TEST(Lifecycle, AGentleRestartKeepsDataSessionsAndCertificates) {
   LocalServices services;
   BackendClient client(services);
   auto const transcript = client.create();
   client.append(transcript, "kept");
-  auto const token = services.token();
   auto const authority = readFile(services.authority());
 
   EXPECT_EQ(services.stop(), 0);
   EXPECT_THAT(services.log(), HasSubstr("stopped"));
   services.start();
 
-  EXPECT_EQ(services.token(), token);
   EXPECT_EQ(readFile(services.authority()), authority);
   EXPECT_EQ(textOf(client, transcript), "kept");
   EXPECT_THAT(client.get("customers").as<std::vector<CustomerDTO>>(), SizeIs(12));

@@ -87,15 +87,6 @@ TEST_F(Store, TextsHoldAnyCharacterAndMayBeEmpty) {
   EXPECT_EQ(store.text(user, transcript.id), odd);
 }
 
-TEST_F(Store, ATokenIsReplacedByTheNext) {
-  store.setToken(user, "first");
-  store.setToken(other, "theirs");
-  store.setToken(user, "second");
-  EXPECT_EQ(store.user("first"), std::nullopt);
-  EXPECT_EQ(store.user("second"), user);
-  EXPECT_EQ(store.user("theirs"), other);
-}
-
 TEST_F(Store, AnAnalysisHoldsForTheTextItWasMadeOf) {
   auto const transcript = made();
   store.setAnalysis(transcript.id, "maker", 10, "# One");

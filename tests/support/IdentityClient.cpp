@@ -71,11 +71,17 @@ Answer IdentityClient::submit(std::string const& name, std::string const& passwo
   return submit(url, get(url), {{"name", name}, {"password", password}, {"action", "sign-in"}});
 }
 
+std::string IdentityClient::redirectFrom(std::string const& url) {
+  auto const [name, password] = services_.account();
+  auto const answer =
+      submit(url, get(url), {{"name", name}, {"password", password}, {"action", "sign-in"}});
+  if (answer.status != 303) throw std::runtime_error("no redirect: " + answer.body);
+  return answer.header("location");
+}
+
 std::string IdentityClient::code() {
-  auto const account = services_.account();
-  auto const answer = submit(account.name, account.password);
-  auto code = queryValue(answer.header("location"), "code");
-  if (answer.status != 303 || code.empty()) throw std::runtime_error("no code: " + answer.body);
+  auto code = queryValue(redirectFrom(authorizeURL()), "code");
+  if (code.empty()) throw std::runtime_error("no code");
   return code;
 }
 

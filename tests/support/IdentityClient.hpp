@@ -4,29 +4,11 @@
 #include <map>
 #include <string>
 
-#include "records/Field.hpp"
+#include "support/IssuedTokens.hpp"
 #include "support/LocalServices.hpp"
 #include "support/WebClient.hpp"
 
 namespace vek::test {
-
-/// What the token endpoint answers.
-struct IssuedTokens {
-  std::string accessToken = {};
-  std::string tokenType = {};
-  std::int64_t expiresIn = 0;
-  std::string refreshToken = {};
-  std::string idToken = {};
-  std::string scope = {};
-  static constexpr auto fields() {
-    return std::tuple{Field{"access_token", &IssuedTokens::accessToken},
-                      Field{"token_type", &IssuedTokens::tokenType},
-                      Field{"expires_in", &IssuedTokens::expiresIn},
-                      Field{"refresh_token", &IssuedTokens::refreshToken},
-                      Field{"id_token", &IssuedTokens::idToken},
-                      Field{"scope", &IssuedTokens::scope}};
-  }
-};
 
 /// A browser and a program that sign in at the identity provider of the local services, by filling
 /// in its form.
@@ -46,6 +28,9 @@ class IdentityClient {
   Answer submit(std::string const& url, Answer const& page, Parameters fields);
   /// The answer to name and password on a fresh form.
   Answer submit(std::string const& name, std::string const& password);
+
+  /// Signs the first account in on the page of a login, and gives where it sends the browser to.
+  std::string redirectFrom(std::string const& url);
 
   /// Signs the services' first account in. Throws when that does not work.
   std::string code();

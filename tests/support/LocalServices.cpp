@@ -16,6 +16,7 @@
 
 #include "platform/Files.hpp"
 #include "records/JSON.hpp"
+#include "support/IdentityClient.hpp"
 
 namespace vek::test {
 
@@ -98,8 +99,10 @@ void LocalServices::start() {
   port_ = std::atoi(output_.c_str() + ready + readiness.size());
 }
 
-std::string LocalServices::token() const {
-  return readFile(folder() / "access-token").value_or("");
+IssuedTokens const& LocalServices::tokens() const {
+  std::lock_guard const lock(mutex_);
+  if (!tokens_) tokens_ = IdentityClient(*this).signIn();
+  return *tokens_;
 }
 
 LocalServices::Account LocalServices::account() const {

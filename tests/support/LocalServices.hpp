@@ -4,9 +4,12 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "support/IssuedTokens.hpp"
 #include "support/TemporaryFolder.hpp"
 
 namespace vek::test {
@@ -32,8 +35,9 @@ class LocalServices {
   [[nodiscard]] std::filesystem::path folder() const { return temporary_ / "data"; }
   /// The PEM file of the authority to trust.
   [[nodiscard]] std::filesystem::path authority() const { return folder() / "authority.pem"; }
-  /// The access token of the one user.
-  [[nodiscard]] std::string token() const;
+  /// What the first account got when it signed in, which it does at the first call. Any thread.
+  [[nodiscard]] IssuedTokens const& tokens() const;
+  [[nodiscard]] std::string token() const { return tokens().accessToken; }
   /// Who can sign in.
   struct Account {
     std::string name;
@@ -57,6 +61,8 @@ class LocalServices {
   int end(int signal);
 
   TemporaryFolder temporary_;
+  mutable std::mutex mutex_;
+  mutable std::optional<IssuedTokens> tokens_;
   std::vector<std::string> arguments_;
   std::string output_;
   int port_ = 0;

@@ -60,6 +60,7 @@ std::filesystem::path writeDeployment(VekctlSurroundings const& surroundings) {
 
 VekctlSurroundings::VekctlSurroundings() {
   environment = {{"XDG_CONFIG_HOME", (folder / "config").string()},
+                 {"XDG_DATA_HOME", dataHome().string()},
                  {"XDG_RUNTIME_DIR", folder.path().string()},
                  {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (folder / "no-session-bus").string()},
                  {"PULSE_SERVER", "unix:" + (folder / "no-sound-server").string()},
@@ -85,7 +86,7 @@ VekctlRun::VekctlRun(VekctlSurroundings const& surroundings, std::vector<std::st
 
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, surroundings.input.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_adddup2(&actions, output.writing, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, errors.writing, STDERR_FILENO);
   int const code = posix_spawnp(&pid_, "env", &actions, nullptr, pointers.data(), environ);

@@ -21,11 +21,15 @@ namespace vek::test {
 struct VekctlSurroundings {
   VekctlSurroundings();
 
+  [[nodiscard]] std::filesystem::path dataHome() const { return folder / "data"; }
+
   TemporaryFolder folder;
   /// The keys of the deployment file.
   std::map<std::string, std::string> deployment;
   /// Variables beside those of the test.
   std::map<std::string, std::string> environment;
+  /// What it reads from its standard input.
+  std::filesystem::path input = "/dev/null";
 };
 
 /// A run of the built `vekctl`. It ends with this object, and with the thread that started it.

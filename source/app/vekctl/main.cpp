@@ -40,6 +40,12 @@ int run(vek::CommandLine const& line, vek::Terminal& terminal, vek::Signals& sig
           },
           [&](Line::Export const& exported) {
             return vek::exportTranscript(exported, line.asJSON, terminal, signals);
+          },
+          [&](Line::LogIn) { return vek::logIn(line.asJSON, terminal, signals); },
+          [&](Line::LogOut) { return vek::logOut(line.asJSON, terminal, signals); },
+          [&](Line::WhoAmI) { return vek::whoAmI(line.asJSON, terminal, signals); },
+          [&](Line::Callback const& callback) {
+            return vek::callback(callback, terminal, signals);
           }},
       line.command);
 }
