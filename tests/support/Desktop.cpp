@@ -51,8 +51,12 @@ Desktop::Desktop() {
                    numbered(width) + "x" + numbered(height) + "x24"});
   auto const display = server_->readLine();
   if (!display) throw std::runtime_error("the display did not come up");
+  auto const provider = folder_ / "Auth0.plist";
+  std::ofstream(provider) << "<plist><dict><key>ClientId</key><string>vek</string>"
+                             "<key>Domain</key><string>localhost:1</string></dict></plist>";
   std::ofstream(folder_ / "deployment.json")
-      << R"({"backendURL": "https://localhost:1", "recogniserURL": "wss://localhost:1"})";
+      << R"({"backendURL": "https://localhost:1", "recogniserURL": "wss://localhost:1", )"
+      << R"("authConfiguration": ")" << provider.string() << "\"}";
   for (auto const* name : {"config", "data", "cache", "run"}) {
     std::filesystem::create_directory(folder_ / name);
   }
