@@ -13,8 +13,9 @@ using test::TemporaryFolder;
 
 TEST(Deployment, HomeIsExpandedWithTheDataHome) {
   TemporaryFolder const folder;
-  replaceFile(folder / "file",
-              R"({"modelsFolder": "~/.local/share/vek/models", "authConfiguration": "~/Auth0.plist"})");
+  replaceFile(
+      folder / "file",
+      R"({"modelsFolder": "~/.local/share/vek/models", "authConfiguration": "~/Auth0.plist"})");
   EnvironmentVariable const home("HOME", "/home/someone");
   {
     EnvironmentVariable const data("XDG_DATA_HOME", "/data");
