@@ -20,7 +20,7 @@ endfunction()
 # One test program of all sources of the current folder. What its labels mean to scripts/test:
 #   threads   also runs with the data race checks
 #   program   runs the whole program, in release too
-#   window    runs the desktop program on a desktop: in release only
+#   window    runs the desktop program on a desktop, or a browser: in release only
 #   measured  holds a bound on time or memory: in release only
 function(vek_test name)
   cmake_parse_arguments(arg "" "" "USES;LIBRARIES;LABELS" ${ARGN})
