@@ -16,7 +16,7 @@ constexpr double deepest = 240;
 /// Between a marker and what it marks.
 constexpr auto markerGap = RelativeSize::em(0.5);
 /// Below a paragraph of a tight list.
-constexpr auto tightGap = RelativeSize::em(0.25);
+constexpr auto tightGap = RelativeSize::em(0.4);
 
 std::string_view withoutLastBreak(std::string_view text) {
   if (text.ends_with('\n')) text.remove_suffix(1);

@@ -34,7 +34,7 @@ void attach(cmark_parser& parser, char const* name) {
 /// width. What is wider or larger than anyone reads stays text, so that a short text stays small.
 bool hasReadableTables(std::string_view text) {
   constexpr std::size_t mostColumns = 1000;
-  constexpr std::size_t mostCells = 500'000;
+  constexpr std::size_t mostCells = 200'000;
   std::size_t lines = 0;
   std::size_t columns = 0;
   while (!text.empty()) {

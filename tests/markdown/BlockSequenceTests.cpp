@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "markdown/BlockSequence.hpp"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <string>
 
@@ -35,7 +35,8 @@ TEST(BlockSequence, ItemsOfATightListStandTogether) {
   auto const tight = drawn("a\n\n- b\n- c\n  - d\n\ne");
   std::vector<double> gaps;
   for (auto const& block : tight) gaps.push_back(block.gapAbove);
-  EXPECT_EQ(gaps, (std::vector<double>{0, 13, 3.25, 3.25, 13}));
+  EXPECT_THAT(gaps,
+              testing::Pointwise(testing::DoubleEq(), std::vector<double>{0, 13, 5.2, 5.2, 13}));
   EXPECT_EQ(drawn("- b\n\n- c")[1].gapAbove, 13);
 }
 

@@ -34,6 +34,21 @@ QtObject {
     readonly property color badgeText: "#ffffff"
     readonly property color shadow: "#33000000"
 
+    /// How documents look; the names are those of the document's own styles.
+    readonly property var markdown: ({
+        primary: primary,
+        secondary: secondary,
+        link: isDark ? "#9da1ff" : "#4f46e5",
+        code: isDark ? "#e4dcf5" : "#41346b",
+        ground: isDark ? "#34343c" : "#f4f4f8",
+        border: isDark ? "#45454f" : "#dedee6",
+        quoteBar: isDark ? "#6a6d9e" : "#c3c2ee",
+        done: isDark ? "#8f93ff" : "#4f46e5",
+        selection: isDark ? "#4a4da8" : "#cfcdfa",
+        found: isDark ? "#6b5a1e" : "#fdeaa8",
+        foundNow: isDark ? "#a67c12" : "#f9c846"
+    })
+
     readonly property string clockFamily: "Noto Sans"
     readonly property int caption: 10
     readonly property int footnote: 11

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QRectF>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "markdown/DrawnBlock.hpp"
+#include "views/MarkdownColors.hpp"
+#include "views/TableBounds.hpp"
+#include "views/TextPiece.hpp"
+
+namespace vek {
+
+/// What there is to see of an image now.
+struct ShownImage {
+  /// False where the image is not for this colour scheme: then it takes no room.
+  bool isShown = true;
+  QImage image = {};
+};
+using ImageProvider = std::function<ShownImage(RawImageData const& image)>;
+
+/// A block that was measured for a width, its coordinates counted from its upper left corner. What
+/// is wider than its room can be moved sideways.
+class BlockLayout {
+ public:
+  struct Context {
+    MarkdownColors const& colors;
+    ImageProvider const& images;
+  };
+
+  /// `start` is where the text of the block begins in that of the document.
+  BlockLayout(DrawnBlock const& block, qreal width, Context const& context, qsizetype start);
+
+  [[nodiscard]] qreal height() const { return height_; }
+  [[nodiscard]] std::vector<TextPiece> const& pieces() const { return pieces_; }
+  [[nodiscard]] TableBounds const& table() const { return table_; }
+  /// How far it can be moved to the left.
+  [[nodiscard]] qreal overflow() const { return overflow_; }
+
+  [[nodiscard]] qsizetype positionAt(QPointF point) const;
+  [[nodiscard]] std::optional<std::string> linkAt(QPointF point) const;
+
+  /// `sideways` is how far the content is moved to the left.
+  void draw(QPainter& painter, MarkdownColors const& colors,
+            std::vector<Highlight> const& highlights, qreal sideways) const;
+
+ private:
+  struct Picture {
+    QRectF rect;
+    QImage image;
+    std::optional<std::string> destination;
+  };
+  struct Symbol {
+    QRectF rect;
+    QColor color;
+    bool isFilled = false;
+  };
+
+  void layOutText(DrawnBlock::Text const& text, Context const& context, qsizetype start);
+  void layOutGrid(DrawnBlock::Grid const& grid, Context const& context, qsizetype start);
+  void layOutImages(ImageFlow const& flow, Context const& context, qsizetype start);
+  void addMarkers(Context const& context);
+  void drawGround(QPainter& painter, MarkdownColors const& colors) const;
+  void drawTable(QPainter& painter, MarkdownColors const& colors) const;
+  static void drawSymbol(QPainter& painter, Symbol const& symbol, QColor check);
+
+  DrawnBlock const& block_;
+  /// What the content may take.
+  QRectF room_;
+  qreal height_ = 0;
+  qreal overflow_ = 0;
+  std::vector<TextPiece> pieces_;
+  std::vector<TextPiece> markers_;
+  std::vector<Symbol> symbols_;
+  std::vector<Picture> pictures_;
+  TableBounds table_;
+};
+
+/// The text of a block as the document counts it.
+[[nodiscard]] QString textOf(DrawnBlock const& block);
+
+}  // namespace vek

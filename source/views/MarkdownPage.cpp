@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "views/MarkdownPage.hpp"
+
+#include <QClipboard>
+#include <QCursor>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+#include "markdown/BlockSequence.hpp"
+#include "markdown/PlainTextBlocks.hpp"
+#include "views/LinkPolicy.hpp"
+
+namespace vek {
+
+namespace {
+
+/// How long the rest of a document is measured without a look at what the user does.
+constexpr std::chrono::milliseconds slice(8);
+
+MarkdownEnvironment environment() {
+  MarkdownEnvironment environment;
+  environment.markerWidth = [](Drawable const& marker) {
+    return QFontMetricsF(fontOf(marker.text.font))
+        .horizontalAdvance(QString::fromStdString(marker.label));
+  };
+  return environment;
+}
+
+}  // namespace
+
+MarkdownPage::MarkdownPage(QQuickItem* parent) : QQuickPaintedItem(parent) {
+  setFillColor(Qt::transparent);
+  setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
+  setAcceptHoverEvents(true);
+  setFlag(ItemIsFocusScope, false);
+  setActiveFocusOnTab(true);
+  measuring_.setInterval(0);
+  connect(&measuring_, &QTimer::timeout, this, [this] {
+    layout_.measureUntil(DocumentLayout::Clock::now() + slice);
+    measured();
+  });
+}
+
+void MarkdownPage::setText(QString const& text) {
+  if (text == text_) return;
+  text_ = text;
+  if (isComponentComplete()) makeDocument();
+  Q_EMIT textChanged();
+}
+
+void MarkdownPage::setIsPlain(bool isPlain) {
+  if (std::exchange(isPlain_, isPlain) == isPlain) return;
+  if (isComponentComplete()) makeDocument();
+  Q_EMIT textChanged();
+}
+
+void MarkdownPage::setColors(QVariantMap const& colors) {
+  if (colors == colors_) return;
+  colors_ = colors;
+  layout_.setColors(MarkdownColors::from(colors));
+  Q_EMIT colorsChanged();
+  update();
+}
+
+void MarkdownPage::setScroll(qreal scroll) {
+  if (std::exchange(scroll_, scroll) == scroll) return;
+  Q_EMIT scrollChanged();
+  polish();
+  update();
+}
+
+void MarkdownPage::setViewHeight(qreal height) {
+  if (std::exchange(viewHeight_, height) == height) return;
+  Q_EMIT viewHeightChanged();
+  polish();
+}
+
+void MarkdownPage::componentComplete() {
+  QQuickPaintedItem::componentComplete();
+  makeDocument();
+}
+
+void MarkdownPage::makeDocument() {
+  auto const text = text_.toStdString();
+  layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
+                             : BlockSequence::of(MarkdownContent(text), environment()));
+  setSelection(0, 0);
+  find();
+  polish();
+  Q_EMIT documentChanged();
+}
+
+void MarkdownPage::geometryChange(QRectF const& now, QRectF const& before) {
+  QQuickPaintedItem::geometryChange(now, before);
+  polish();
+}
+
+void MarkdownPage::updatePolish() {
+  if (width() <= 0) return;
+  layout_.setWidth(width());
+  layout_.measureTo(scroll_ + viewHeight_);
+  measured();
+  update();
+}
+
+void MarkdownPage::measured() {
+  if (layout_.isComplete()) {
+    measuring_.stop();
+  } else if (!measuring_.isActive()) {
+    measuring_.start();
+  }
+  if (std::exchange(documentHeight_, layout_.height()) != documentHeight_)
+    Q_EMIT documentHeightChanged();
+}
+
+QString MarkdownPage::plainText() const {
+  return layout_.textToCopy(0, layout_.text().size());
+}
+
+QString MarkdownPage::selectedText() const {
+  auto const [from, to] = selection();
+  return layout_.textToCopy(from, to);
+}
+
+MarkdownPage::Range MarkdownPage::selection() const {
+  return std::minmax(anchor_, cursor_);
+}
+
+void MarkdownPage::setSelection(qsizetype anchor, qsizetype cursor) {
+  if (anchor == anchor_ && cursor == cursor_) return;
+  anchor_ = anchor;
+  cursor_ = cursor;
+  Q_EMIT selectionChanged();
+  update();
+}
+
+void MarkdownPage::selectAll() {
+  setSelection(0, layout_.text().size());
+}
+
+void MarkdownPage::deselect() {
+  setSelection(cursor_, cursor_);
+}
+
+void MarkdownPage::copy() const {
+  if (anchor_ != cursor_) QGuiApplication::clipboard()->setText(selectedText());
+}
+
+QRectF MarkdownPage::rectOf(QString const& text) {
+  auto const from = layout_.text().indexOf(text);
+  if (from < 0) return {};
+  auto const rects = layout_.rectsOf(from, from + text.size());
+  return rects.empty() ? QRectF() : rects.front();
+}
+
+void MarkdownPage::setSearched(QString const& searched) {
+  if (searched == searched_) return;
+  searched_ = searched;
+  foundIndex_ = 0;
+  find();
+  showFound();
+}
+
+void MarkdownPage::setFoundIndex(int index) {
+  if (index == foundIndex_ || index < 0 || index >= foundCount()) return;
+  foundIndex_ = index;
+  Q_EMIT foundChanged();
+  showFound();
+}
+
+void MarkdownPage::find() {
+  found_.clear();
+  auto const& text = layout_.text();
+  auto const length = searched_.size();
+  for (auto at = length > 0 ? text.indexOf(searched_, 0, Qt::CaseInsensitive) : -1; at >= 0;
+       at = text.indexOf(searched_, at + length, Qt::CaseInsensitive))
+    found_.emplace_back(at, at + length);
+  foundIndex_ = std::clamp(foundIndex_, 0, std::max(0, foundCount() - 1));
+  Q_EMIT foundChanged();
+  update();
+}
+
+void MarkdownPage::showFound() {
+  update();
+  if (found_.empty()) return;
+  auto const [from, to] = found_[static_cast<std::size_t>(foundIndex_)];
+  layout_.reveal(from, to);
+  auto const rects = layout_.rectsOf(from, to);
+  measured();
+  if (!rects.empty()) Q_EMIT revealRequested(rects[0].y(), rects[0].height());
+}
+
+void MarkdownPage::paint(QPainter* painter) {
+  auto const& colors = layout_.colors();
+  std::vector<Highlight> highlights;
+  for (std::size_t i = 0; i < found_.size(); ++i) {
+    bool const isPresent = static_cast<int>(i) == foundIndex_;
+    highlights.push_back(
+        {found_[i].first, found_[i].second, isPresent ? colors.foundNow : colors.found});
+  }
+  if (anchor_ != cursor_) {
+    auto const [from, to] = selection();
+    highlights.push_back({from, to, colors.selection});
+  }
+  layout_.draw(*painter, scroll_, scroll_ + height(), highlights);
+}
+
+void MarkdownPage::mousePressEvent(QMouseEvent* event) {
+  forceActiveFocus(Qt::MouseFocusReason);
+  if (event->button() == Qt::RightButton) {
+    Q_EMIT menuRequested(event->position().x(), event->position().y());
+    return;
+  }
+  // Or the list around would take the movement for its own.
+  setKeepMouseGrab(true);
+  auto const point = inDocument(event->position());
+  pressedLink_ = QString::fromStdString(layout_.linkAt(point).value_or(""));
+  auto const position = layout_.positionAt(point);
+  setSelection(event->modifiers().testFlag(Qt::ShiftModifier) ? anchor_ : position, position);
+}
+
+void MarkdownPage::mouseMoveEvent(QMouseEvent* event) {
+  if (!event->buttons().testFlag(Qt::LeftButton)) return;
+  auto const point = inDocument(event->position());
+  setSelection(anchor_, layout_.positionAt(point));
+  bool const isOutside = event->position().y() < 0 || event->position().y() > height();
+  if (isOutside) Q_EMIT revealRequested(point.y(), 1);
+}
+
+void MarkdownPage::mouseReleaseEvent(QMouseEvent* event) {
+  setKeepMouseGrab(false);
+  bool const isClick = event->button() == Qt::LeftButton && anchor_ == cursor_;
+  auto const link = layout_.linkAt(inDocument(event->position()));
+  if (!isClick || !link || pressedLink_ != QString::fromStdString(*link)) return;
+  auto const url = allowedLink(baseURL_, pressedLink_);
+  if (url.isValid()) Q_EMIT linkActivated(url);
+}
+
+void MarkdownPage::mouseDoubleClickEvent(QMouseEvent* event) {
+  auto const position = layout_.positionAt(inDocument(event->position()));
+  QTextBoundaryFinder words(QTextBoundaryFinder::Word, layout_.text());
+  words.setPosition(position);
+  if (!words.isAtBoundary()) words.toPreviousBoundary();
+  auto const from = words.position();
+  words.toNextBoundary();
+  setSelection(from, words.position());
+}
+
+void MarkdownPage::hoverMoveEvent(QHoverEvent* event) {
+  auto const point = inDocument(event->position());
+  auto const link = layout_.linkAt(point);
+  setHoveredLink(link ? QString::fromStdString(*link) : QString());
+  setCursor(link ? Qt::PointingHandCursor : Qt::IBeamCursor);
+}
+
+void MarkdownPage::hoverLeaveEvent(QHoverEvent* /*event*/) {
+  setHoveredLink({});
+}
+
+void MarkdownPage::setHoveredLink(QString const& link) {
+  if (link == hoveredLink_) return;
+  hoveredLink_ = link;
+  Q_EMIT hoveredLinkChanged();
+}
+
+void MarkdownPage::wheelEvent(QWheelEvent* event) {
+  bool const isTurned = event->modifiers().testFlag(Qt::ShiftModifier);
+  auto const delta = event->pixelDelta().isNull() ? event->angleDelta() / 2 : event->pixelDelta();
+  auto const by = isTurned && delta.x() == 0 ? -delta.y() : -delta.x();
+  bool const isSideways = by != 0 && (isTurned || std::abs(delta.x()) > std::abs(delta.y()));
+  bool const moves = isSideways && layout_.moveSideways(inDocument(event->position()), by);
+  event->setAccepted(moves);
+  if (moves) update();
+}
+
+void MarkdownPage::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    copy();
+  } else if (event->matches(QKeySequence::SelectAll)) {
+    selectAll();
+  } else {
+    QQuickPaintedItem::keyPressEvent(event);
+  }
+}
+
+}  // namespace vek

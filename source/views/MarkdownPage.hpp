@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QQuickPaintedItem>
+#include <QTimer>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <utility>
+#include <vector>
+
+#include "views/DocumentLayout.hpp"
+
+namespace vek {
+
+/// A window on a document: as high as what is seen of it, drawn anew as it moves. What is not seen
+/// takes no picture. Text is chosen with the mouse, across blocks.
+class MarkdownPage : public QQuickPaintedItem {
+  Q_OBJECT
+  QML_ELEMENT
+  /// The text, and whether it is Markdown.
+  Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+  Q_PROPERTY(bool isPlain MEMBER isPlain_ WRITE setIsPlain NOTIFY textChanged)
+  Q_PROPERTY(QVariantMap colors READ colors WRITE setColors NOTIFY colorsChanged)
+  Q_PROPERTY(QUrl baseURL MEMBER baseURL_ NOTIFY baseURLChanged)
+  /// How far the upper edge is below that of the document.
+  Q_PROPERTY(qreal scroll READ scroll WRITE setScroll NOTIFY scrollChanged)
+  /// How much of the document is to be seen at most.
+  Q_PROPERTY(qreal viewHeight MEMBER viewHeight_ WRITE setViewHeight NOTIFY viewHeightChanged)
+  Q_PROPERTY(qreal documentHeight READ documentHeight NOTIFY documentHeightChanged)
+  /// The document's text without its marks.
+  Q_PROPERTY(QString plainText READ plainText NOTIFY documentChanged)
+  Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
+  Q_PROPERTY(QString hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
+  /// What is looked for, how often it is there, and which of these is the present one, from 0 on.
+  Q_PROPERTY(QString searched READ searched WRITE setSearched NOTIFY foundChanged)
+  Q_PROPERTY(int foundCount READ foundCount NOTIFY foundChanged)
+  Q_PROPERTY(int foundIndex READ foundIndex WRITE setFoundIndex NOTIFY foundChanged)
+
+ public:
+  explicit MarkdownPage(QQuickItem* parent = nullptr);
+
+  [[nodiscard]] QString text() const { return text_; }
+  [[nodiscard]] QVariantMap colors() const { return colors_; }
+  [[nodiscard]] qreal scroll() const { return scroll_; }
+  [[nodiscard]] qreal documentHeight() const { return documentHeight_; }
+  [[nodiscard]] QString plainText() const;
+  [[nodiscard]] QString selectedText() const;
+  [[nodiscard]] QString hoveredLink() const { return hoveredLink_; }
+  [[nodiscard]] QString searched() const { return searched_; }
+  [[nodiscard]] int foundCount() const { return static_cast<int>(found_.size()); }
+  [[nodiscard]] int foundIndex() const { return foundIndex_; }
+
+  void setText(QString const& text);
+  void setIsPlain(bool isPlain);
+  void setColors(QVariantMap const& colors);
+  void setScroll(qreal scroll);
+  void setViewHeight(qreal height);
+  void setSearched(QString const& searched);
+  void setFoundIndex(int index);
+
+  Q_INVOKABLE void selectAll();
+  Q_INVOKABLE void deselect();
+  /// Puts what is chosen on the clipboard.
+  Q_INVOKABLE void copy() const;
+  /// Where a text stands for the first time, in the document; empty when it does not.
+  Q_INVOKABLE QRectF rectOf(QString const& text);
+
+  void paint(QPainter* painter) override;
+
+  Q_SIGNAL void textChanged();
+  Q_SIGNAL void colorsChanged();
+  Q_SIGNAL void baseURLChanged();
+  Q_SIGNAL void scrollChanged();
+  Q_SIGNAL void viewHeightChanged();
+  Q_SIGNAL void documentChanged();
+  Q_SIGNAL void documentHeightChanged();
+  Q_SIGNAL void selectionChanged();
+  Q_SIGNAL void hoveredLinkChanged();
+  Q_SIGNAL void foundChanged();
+  /// A part of the document should come into view, from `y` on.
+  Q_SIGNAL void revealRequested(qreal y, qreal height);
+  Q_SIGNAL void linkActivated(QUrl const& url);
+  Q_SIGNAL void menuRequested(qreal x, qreal y);
+
+ protected:
+  void componentComplete() override;
+  void updatePolish() override;
+  void geometryChange(QRectF const& now, QRectF const& before) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void hoverMoveEvent(QHoverEvent* event) override;
+  void hoverLeaveEvent(QHoverEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  using Range = std::pair<qsizetype, qsizetype>;
+
+  void makeDocument();
+  void measured();
+  void setSelection(qsizetype anchor, qsizetype cursor);
+  void setHoveredLink(QString const& link);
+  void find();
+  void showFound();
+  [[nodiscard]] Range selection() const;
+  [[nodiscard]] QPointF inDocument(QPointF point) const { return {point.x(), point.y() + scroll_}; }
+
+  DocumentLayout layout_;
+  QTimer measuring_;
+  QString text_;
+  bool isPlain_ = false;
+  QVariantMap colors_;
+  QUrl baseURL_;
+  qreal scroll_ = 0;
+  qreal viewHeight_ = 0;
+  qreal documentHeight_ = 0;
+  qsizetype anchor_ = 0;
+  qsizetype cursor_ = 0;
+  QString hoveredLink_;
+  QString pressedLink_;
+  QString searched_;
+  std::vector<Range> found_;
+  int foundIndex_ = 0;
+};
+
+}  // namespace vek

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QRectF>
+#include <QString>
+#include <QTextLayout>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "markdown/Drawable.hpp"
+#include "markdown/InlineText.hpp"
+#include "views/MarkdownColors.hpp"
+
+namespace vek {
+
+[[nodiscard]] QFont fontOf(FontProperties const& properties);
+
+/// The text of runs, with one character for each break.
+[[nodiscard]] QString textOf(std::vector<InlineRun> const& runs);
+
+/// A range of the document's text that is marked.
+struct Highlight {
+  qsizetype from = 0;
+  qsizetype to = 0;
+  QColor color;
+};
+
+/// Lines of text that are laid out together: a paragraph, or a cell of a table.
+class TextPiece {
+ public:
+  enum class Wrapping { never, anywhere, betweenWords };
+
+  TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawable,
+            MarkdownColors const& colors, qsizetype start);
+
+  /// Breaks the text into lines of this width. Without wrapping it keeps those that it has.
+  void layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment = Qt::AlignLeft);
+
+  /// The widths that the text would take without a break, and with all of them. Once laid out.
+  [[nodiscard]] qreal naturalWidth() const { return layout_->maximumWidth(); }
+  [[nodiscard]] qreal leastWidth() const { return layout_->minimumWidth(); }
+  [[nodiscard]] qreal height() const { return height_; }
+  [[nodiscard]] qreal firstBaseline() const;
+  [[nodiscard]] QRectF rect() const { return {place, QSizeF(width_, height_)}; }
+
+  /// Where in the text of the document it begins, and how long it is.
+  [[nodiscard]] qsizetype start() const { return start_; }
+  [[nodiscard]] qsizetype length() const { return layout_->text().size(); }
+
+  /// The position in the document's text that is nearest to a point in the block.
+  [[nodiscard]] qsizetype positionAt(QPointF point) const;
+  [[nodiscard]] std::optional<std::string> linkAt(QPointF point) const;
+  /// The rectangles of a range of the document's text, one a line.
+  [[nodiscard]] std::vector<QRectF> rectsOf(qsizetype from, qsizetype to) const;
+
+  /// Draws it with what is chosen and found, given in positions of the document's text.
+  void draw(QPainter& painter, std::vector<Highlight> const& highlights) const;
+
+  QPointF place;
+
+ private:
+  struct Range {
+    int start = 0;
+    int length = 0;
+  };
+  struct Link {
+    Range range;
+    std::string destination;
+  };
+  struct Ground {
+    Range range;
+    QColor color;
+  };
+
+  void append(InlineRun const& run, QString const& text, MarkdownColors const& colors,
+              QList<QTextLayout::FormatRange>& formats, int start);
+
+  std::unique_ptr<QTextLayout> layout_;
+  std::vector<Link> links_;
+  std::vector<Ground> grounds_;
+  qsizetype start_;
+  qreal lineSpacing_;
+  qreal width_ = 0;
+  qreal height_ = 0;
+};
+
+}  // namespace vek
