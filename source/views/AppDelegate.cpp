@@ -10,12 +10,18 @@ AppDelegate::AppDelegate() = default;
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+  // Made by the first who reads it, it begins to check by itself.
+  static_cast<void>(updater.value());
+
   statusItem = std::make_unique<StatusItem>();
   statusItem->setImage(QStringLiteral("status item"));
 
   engine_ = makeEngine();
   appStore_ = std::make_unique<AppStore>(store());
   mainWindowController = std::make_unique<MainWindowController>(*engine_, *appStore_);
+  aboutPanelController_ = std::make_unique<AboutPanelController>(*engine_);
+  updateWindowController_ = std::make_unique<UpdateWindowController>(*engine_);
+  updateWindowController_->present();
   statusItem->setAction([this] { mainWindowController->didClickStatusItem(); });
 
   store()->send(AppFeature::Action::start{});

@@ -3,9 +3,13 @@
 
 #include <memory>
 
+#include "Clients/Updater.hpp"
+#include "runtime/Dependency.hpp"
+#include "views/AboutPanelController.hpp"
 #include "views/AppStore.hpp"
 #include "views/MainWindowController.hpp"
 #include "views/StatusItem.hpp"
+#include "views/UpdateWindowController.hpp"
 #include "views/Views.hpp"
 
 namespace vek {
@@ -21,6 +25,8 @@ class AppDelegate {
   /// Once. The first action is sent last, so that whoever observes the store misses nothing.
   void applicationDidFinishLaunching();
 
+  void orderFrontStandardAboutPanel() { aboutPanelController_->orderFront(); }
+
  private:
   /// The root store, made at its first use.
   AppStore::Observed::Shared const& store();
@@ -30,6 +36,9 @@ class AppDelegate {
   std::unique_ptr<AppStore> appStore_;
   std::unique_ptr<StatusItem> statusItem;
   std::unique_ptr<MainWindowController> mainWindowController;
+  std::unique_ptr<AboutPanelController> aboutPanelController_;
+  std::unique_ptr<UpdateWindowController> updateWindowController_;
+  Dependency<UpdaterKey> updater;
 };
 
 }  // namespace vek

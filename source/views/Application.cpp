@@ -3,10 +3,12 @@
 
 #include <QGuiApplication>
 
+#include "features/Application.hpp"
 #include "platform/FatalError.hpp"
 #include "views/AppDelegate.hpp"
 #include "views/MainQueueDriver.hpp"
 #include "views/Views.hpp"
+#include "views/WindowOrder.hpp"
 
 namespace vek {
 
@@ -30,6 +32,10 @@ int applicationMain(int argumentCount, char** arguments) {
   prepareViews();
   MainQueueDriver::start();
   AppDelegate delegate;
+  Application::shared() = {
+      .terminate = terminate,
+      .orderFrontStandardAboutPanel = [&delegate] { delegate.orderFrontStandardAboutPanel(); },
+      .activate = [](ActivationOptions) { activateFrontWindow(); }};
   delegate.applicationDidFinishLaunching();
   return QGuiApplication::exec();
 }

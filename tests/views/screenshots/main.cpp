@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// vek_screenshots FOLDER: draws every state of the main window into FOLDER/NAME-SCHEME-SCALEx.png.
+// vek_screenshots FOLDER: draws every state of the windows into FOLDER/NAME-SCHEME-SCALEx.png.
 // The scheme is that of VEK_COLOR_SCHEME, the scale that of QT_SCALE_FACTOR.
 #include <QDir>
 #include <QGuiApplication>
@@ -7,9 +7,13 @@
 #include <QTest>
 
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include "support/ScriptedApp.hpp"
+#include "support/ScriptedUpdates.hpp"
+#include "views/LicenceNotes.hpp"
 #include "views/Views.hpp"
 
 namespace {
@@ -59,6 +63,74 @@ std::vector<Shot> shots() {
   };
 }
 
+std::vector<std::pair<QString, QVariantMap>> updateShots() {
+  auto const notes = QStringLiteral(
+      "Recordings start faster, and no word of the beginning is lost.\n\n"
+      "• The list of transcripts can be searched.\n"
+      "• A microphone that is unplugged during a call is followed to the next one.\n"
+      "• Settings keep their place on screens of different scales.");
+  return {
+      {"update-checking", {{"checking", true}}},
+      {"update", {{"version", "1.4"}, {"notes", notes}}},
+      {"update-long", {{"version", "1.4"}, {"notes", QString(notes + "\n\n").repeated(5)}}},
+      {"update-managed", {{"version", "1.4"}, {"packageManager", "APT"}}},
+      {"update-none", {{"upToDate", true}}},
+      {"update-failure",
+       {{"failure", "The updates could not be fetched. The server could not be found."}}},
+  };
+}
+
+/// Writes pictures of windows, once they have come to rest.
+class Camera {
+ public:
+  explicit Camera(QString const& folder) : folder_(folder) {}
+
+  /// Ends the program when the picture cannot be written.
+  void take(QQuickWindow& window, QString const& name) const {
+    QTest::qWait(transition.count());
+    auto const suffix = QStringLiteral("-%1-%2x.png")
+                            .arg(qEnvironmentVariable("VEK_COLOR_SCHEME", "light"))
+                            .arg(window.devicePixelRatio());
+    if (window.grabWindow().save(folder_.filePath(name + suffix))) return;
+    std::fputs("a picture could not be written\n", stderr);
+    std::exit(1);
+  }
+
+ private:
+  QDir folder_;
+};
+
+void takeMainWindow(QQmlEngine& engine, Camera const& camera) {
+  vek::test::ScriptedApp app;
+  auto const window = vek::makeWindow(
+      engine, "MainWindow", {{"store", QVariant::fromValue(app.store())}, {"isComposited", true}});
+  window->show();
+  for (auto const& shot : shots()) {
+    app.show({});
+    app.show(shot.facts);
+    window->setProperty("isShowingList", shot.isShowingList);
+    camera.take(*window, shot.name);
+  }
+}
+
+void takeUpdateWindow(QQmlEngine& engine, Camera const& camera) {
+  vek::test::ScriptedUpdates updates;
+  auto const window =
+      vek::makeWindow(engine, "UpdateWindow", {{"panel", QVariant::fromValue(updates.panel())}});
+  for (auto const& [name, facts] : updateShots()) {
+    updates.show(facts);
+    window->show();
+    camera.take(*window, name);
+  }
+}
+
+void takeAboutPanel(QQmlEngine& engine, Camera const& camera) {
+  auto const panel = vek::makeWindow(engine, "AboutPanel",
+                                     {{"version", "1.0.0"}, {"licences", vek::licenceNotes()}});
+  panel->show();
+  camera.take(*panel, "about");
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
@@ -67,25 +139,11 @@ int main(int argumentCount, char** arguments) {
     std::fputs("usage: vek_screenshots FOLDER\n", stderr);
     return 1;
   }
-  QDir const folder(QString::fromLocal8Bit(arguments[1]));
   vek::prepareViews();
   auto const engine = vek::makeEngine();
-  vek::test::ScriptedApp app;
-  auto const window = vek::makeWindow(
-      *engine, "MainWindow", {{"store", QVariant::fromValue(app.store())}, {"isComposited", true}});
-  window->show();
-  auto const suffix = QStringLiteral("-%1-%2x.png")
-                          .arg(qEnvironmentVariable("VEK_COLOR_SCHEME", "light"))
-                          .arg(window->devicePixelRatio());
-  for (auto const& shot : shots()) {
-    app.show({});
-    app.show(shot.facts);
-    window->setProperty("isShowingList", shot.isShowingList);
-    QTest::qWait(transition.count());
-    if (!window->grabWindow().save(folder.filePath(shot.name + suffix))) {
-      std::fputs("a picture could not be written\n", stderr);
-      return 1;
-    }
-  }
+  Camera const camera(QString::fromLocal8Bit(arguments[1]));
+  takeMainWindow(*engine, camera);
+  takeUpdateWindow(*engine, camera);
+  takeAboutPanel(*engine, camera);
   return 0;
 }

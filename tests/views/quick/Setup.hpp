@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QQmlEngine>
+
+#include "support/ScriptedApp.hpp"
+#include "support/ScriptedUpdates.hpp"
+#include "views/Views.hpp"
+
+namespace vek::test {
+
+/// Gives views what the program would give them.
+class Setup : public QObject {
+  Q_OBJECT
+
+ public:
+  Q_SLOT void applicationAvailable() { prepareViews(); }
+  Q_SLOT void qmlEngineAvailable(QQmlEngine* engine) {
+    engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    qmlRegisterType<ScriptedApp>("VEK.Test", 1, 0, "ScriptedApp");
+    qmlRegisterType<ScriptedUpdates>("VEK.Test", 1, 0, "ScriptedUpdates");
+  }
+};
+
+}  // namespace vek::test
