@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <span>
 
+#include "platform/Bundle.hpp"
 #include "platform/CoreDumps.hpp"
 #include "platform/Deployment.hpp"
 #include "platform/Log.hpp"
@@ -21,6 +22,7 @@
 #include "services/support/DataFolder.hpp"
 #include "services/support/HTTPServer.hpp"
 #include "services/support/Options.hpp"
+#include "services/updates/UpdatePublisher.hpp"
 
 namespace vek::services {
 
@@ -94,9 +96,13 @@ void run(Options const& options) {
                   {.url = options.chatCompletions,
                    .model = options.chatModel,
                    .key = environmentValue("VEK_CHAT_KEY")});
+  UpdatePublisher const updates(
+      folder, options.updateVersion.empty() ? Bundle::main().version : options.updateVersion,
+      fmt::format("https://localhost:{}", server.port()));
   Listen listen(installedSpeechParts(deployment().modelsFolder), deployment().recogniserKey);
   server.serve([&](Request request, Reply reply) {
     if (request.path == Listen::path) return listen.handle(request, reply);
+    if (UpdatePublisher::serves(request.path)) return reply(updates.answer(request));
     if (IdentityProvider::serves(request.path)) {
       return identity.handle(std::move(request), std::move(reply));
     }

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <optional>
 
+#include "platform/Version.hpp"
+
 namespace vek::services {
 
 namespace {
@@ -36,6 +38,11 @@ std::string url(std::string_view text) {
     throw UsageError(fmt::format("'{}' is no URL of a chat-completions endpoint", text));
   }
   return std::string(text);
+}
+
+std::string version(std::string_view text) {
+  if (Version::parse(text)) return std::string(text);
+  throw UsageError(fmt::format("'{}' is no version", text));
 }
 
 /// The arguments one after the other, where "--name=value" is the same as "--name value".
@@ -94,6 +101,8 @@ Options Options::parse(std::span<char const* const> arguments) {
       options.accessTokenLifetime = lifetime(rest.value());
     } else if (*name == "--key-lifetime") {
       options.keyLifetime = lifetime(rest.value());
+    } else if (*name == "--update-version") {
+      options.updateVersion = version(rest.value());
     } else if (*name == "--help" || *name == "-h") {
       options.asksForHelp = true;
     } else {
@@ -108,7 +117,7 @@ std::string_view Options::help() {
   return R"(usage: vek-services --data FOLDER [OPTION...]
 
 Runs VEK's local services for this machine alone: the identity provider and the transcripts backend
-over HTTPS, and the hosted recogniser over WebSockets on the same port.
+over HTTPS, the hosted recogniser over WebSockets on the same port, and a list of updates of VEK.
 
   --data FOLDER   where everything is kept; made if it is missing
   --port N        the port to listen on (8443; 0 for any free one)
@@ -120,10 +129,13 @@ over HTTPS, and the hosted recogniser over WebSockets on the same port.
                   how long access tokens hold (3600)
   --key-lifetime SECONDS
                   how long a key signs tokens before a new one does (86400)
+  --update-version VERSION
+                  what the list of updates offers (the version that this is)
   --help          this text
 
-FOLDER/authority.pem is the certificate authority that clients have to trust, and FOLDER/Auth0.plist
-says where they sign in. The first start makes an account and prints its name and password, once;
+FOLDER/authority.pem is the certificate authority that clients have to trust, FOLDER/Auth0.plist
+says where they sign in, and FOLDER/update-key.pem is the key that proves the list of updates
+genuine. The first start makes an account and prints its name and password, once;
 FOLDER/first-account keeps them for the owner of FOLDER. The key for the chat-completions endpoint
 is taken from the environment variable VEK_CHAT_KEY. Prints "Listening on URL" when it is ready.
 Ends on SIGTERM or Ctrl-C.

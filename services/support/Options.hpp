@@ -26,6 +26,8 @@ struct Options {
   /// How long access tokens hold, and how long a key signs tokens.
   std::chrono::seconds accessTokenLifetime = std::chrono::hours(1);
   std::chrono::seconds keyLifetime = std::chrono::days(1);
+  /// What the list of updates offers; empty for the version that this is.
+  std::string updateVersion;
   bool asksForHelp = false;
 
   /// Reads the arguments after the program's name. Throws `UsageError`.
