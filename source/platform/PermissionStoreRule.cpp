@@ -1,52 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include <systemd/sd-bus.h>
 
-#include <cerrno>
 #include <map>
-#include <memory>
 #include <vector>
 
 #include "platform/MicrophoneRules.hpp"
+#include "platform/SessionBusCall.hpp"
 
 namespace vek {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Bus = std::unique_ptr<sd_bus, decltype(&sd_bus_close_unref)>;
-using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
 /// Words such as "yes" and "no", by program.
 using Permissions = std::map<std::string, std::vector<std::string>>;
 
 constexpr auto thisProgram = "com.vek.app";
 constexpr auto programsInNoSandbox = "";
 
-int keepReply(sd_bus_message* reply, void* place, sd_bus_error*) {
-  static_cast<Message*>(place)->reset(sd_bus_message_ref(reply));
-  return 0;
-}
-
 /// The answer of the store; null when none comes in time.
-Message lookUpMicrophone(sd_bus* bus, std::chrono::milliseconds patience) {
-  Message reply(nullptr, &sd_bus_message_unref);
-  int const sent = sd_bus_call_method_async(
-      bus, nullptr, "org.freedesktop.impl.portal.PermissionStore",
-      "/org/freedesktop/impl/portal/PermissionStore", "org.freedesktop.impl.portal.PermissionStore",
-      "Lookup", &keepReply, &reply, "ss", "devices", "microphone");
-  if (sent < 0) return reply;
-  // A call that waits by itself would not count the time that a bus takes to let us in.
-  auto const deadline = Clock::now() + patience;
-  while (!reply) {
-    int const processed = sd_bus_process(bus, nullptr);
-    if (processed < 0) break;
-    if (processed > 0) continue;
-    auto const left =
-        std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
-    if (left.count() <= 0) break;
-    int const waited = sd_bus_wait(bus, static_cast<std::uint64_t>(left.count()));
-    if (waited < 0 && waited != -EINTR) break;
-  }
-  return reply;
+SessionBusMessage lookUpMicrophone(sd_bus* bus, std::chrono::milliseconds patience) {
+  sd_bus_message* made = nullptr;
+  int const code =
+      sd_bus_message_new_method_call(bus, &made, "org.freedesktop.impl.portal.PermissionStore",
+                                     "/org/freedesktop/impl/portal/PermissionStore",
+                                     "org.freedesktop.impl.portal.PermissionStore", "Lookup");
+  SessionBusMessage const call(code < 0 ? nullptr : made);
+  if (!call || sd_bus_message_append(call.get(), "ss", "devices", "microphone") < 0) return nullptr;
+  return callWithin(bus, call.get(), patience);
 }
 
 std::vector<std::string> readWords(sd_bus_message* message) {
@@ -73,10 +53,8 @@ Permissions readPermissions(sd_bus_message* reply) {
 }  // namespace
 
 bool isMicrophoneDeniedByPermissionStore(std::chrono::milliseconds patience) {
-  sd_bus* opened = nullptr;
-  if (sd_bus_open_user(&opened) < 0) return false;
-  // Not flushed at its end: that would wait for a bus that does not answer.
-  Bus const bus(opened, &sd_bus_close_unref);
+  auto const bus = openSessionBus();
+  if (!bus) return false;
   auto const reply = lookUpMicrophone(bus.get(), patience);
   if (!reply || sd_bus_message_is_method_error(reply.get(), nullptr) > 0) return false;
   auto const permissions = readPermissions(reply.get());

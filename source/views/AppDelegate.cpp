@@ -2,6 +2,9 @@
 #include "views/AppDelegate.hpp"
 
 #include "features/AppFeature.hpp"
+#include "platform/Log.hpp"
+#include "platform/RedirectListener.hpp"
+#include "platform/WebAuthenticationSession.hpp"
 
 namespace vek {
 
@@ -24,11 +27,29 @@ void AppDelegate::applicationDidFinishLaunching() {
   updateWindowController_->present();
   statusItem->setAction([this] { mainWindowController->didClickStatusItem(); });
 
-  store()->send(AppFeature::Action::start{});
+  recordingToggle_ = std::make_unique<RecordingToggle>(store());
+  launch_ = store()->send(AppFeature::Action::start{});
   // Who has no status area would find nothing to click on.
   statusItem->askForHost([this](bool exists) {
     if (!exists) mainWindowController->show();
   });
+}
+
+void AppDelegate::activate() {
+  mainWindowController->show();
+}
+
+void AppDelegate::open(std::string const& url) {
+  bool const isOurs = WebAuthenticationSession::expects(url);
+  if (!deliverRedirect(url)) {
+    Logger("shell").error("What was opened is the redirect of no login that waits.");
+  } else if (isOurs) {
+    activate();
+  }
+}
+
+void AppDelegate::toggleRecording() {
+  recordingToggle_->press(launch_, [this] { activate(); });
 }
 
 AppStore::Observed::Shared const& AppDelegate::store() {

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "Clients/Updater.hpp"
 #include "runtime/Dependency.hpp"
+#include "runtime/StoreTask.hpp"
 #include "views/AboutPanelController.hpp"
 #include "views/AppStore.hpp"
 #include "views/MainWindowController.hpp"
+#include "views/RecordingToggle.hpp"
 #include "views/StatusItem.hpp"
 #include "views/UpdateWindowController.hpp"
 #include "views/Views.hpp"
@@ -27,18 +30,28 @@ class AppDelegate {
 
   void orderFrontStandardAboutPanel() { aboutPanelController_->orderFront(); }
 
+  /// Brings the main window to the front.
+  void activate();
+  /// Takes the redirect that a login ends with, its own or that of another program of the user.
+  void open(std::string const& url);
+  /// Starts or stops a recording, or shows what has to be done before there can be one.
+  void toggleRecording();
+
  private:
   /// The root store, made at its first use.
   AppStore::Observed::Shared const& store();
 
-  AppStore::Observed::Shared store_;
   std::unique_ptr<QQmlEngine> engine_;
   std::unique_ptr<AppStore> appStore_;
   std::unique_ptr<StatusItem> statusItem;
   std::unique_ptr<MainWindowController> mainWindowController;
+  AppStore::Observed::Shared store_;
+  Dependency<UpdaterKey> updater;
   std::unique_ptr<AboutPanelController> aboutPanelController_;
   std::unique_ptr<UpdateWindowController> updateWindowController_;
-  Dependency<UpdaterKey> updater;
+  std::unique_ptr<RecordingToggle> recordingToggle_;
+  /// What `start` started.
+  StoreTask launch_;
 };
 
 }  // namespace vek

@@ -3,9 +3,23 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "features/Application.hpp"
+#include "platform/Browser.hpp"
 #include "platform/FatalError.hpp"
+#include "platform/Log.hpp"
+#include "platform/RedirectListener.hpp"
+#include "platform/RemoteApplication.hpp"
+#include "platform/WebAuthenticationSession.hpp"
 #include "views/AppDelegate.hpp"
+#include "views/ApplicationService.hpp"
 #include "views/MainQueueDriver.hpp"
 #include "views/Views.hpp"
 #include "views/WindowOrder.hpp"
@@ -14,15 +28,51 @@ namespace vek {
 
 namespace {
 
-bool hasDesktop() {
-  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+/// What the desktop starts the program with when a login has ended.
+std::vector<std::string> redirects(std::span<char*> arguments) {
+  std::vector<std::string> found;
+  std::ranges::copy_if(arguments, std::back_inserter(found), [](std::string_view argument) {
+    return argument.starts_with("com.vek.app:");
+  });
+  return found;
 }
 
-}  // namespace
+/// Leaves what this process was started for to the one that runs already. False when none does.
+bool handOver(std::vector<std::string> const& urls) {
+  RemoteApplication const running(RemoteApplication::Start::never);
+  if (urls.empty()) return running.activate();
+  // A login in a terminal can wait for them without this program.
+  return std::ranges::all_of(
+      urls, [&](auto const& url) { return running.open(url) || deliverRedirect(url); });
+}
 
-int applicationMain(int argumentCount, char** arguments) {
-  if (!hasDesktop()) fatalError("vek needs a desktop to show itself on; in a terminal use vekctl.");
+/// Lets logins show their page and hear of the redirect, for as long as it lives.
+class Logins {
+ public:
+  Logins() {
+    WebAuthenticationSession::setPresenter([](auto const& page) { openInBrowser(page.url); });
+    try {
+      listener_ = std::make_unique<RedirectListener>("vek");
+    } catch (std::exception const& error) {
+      Logger("shell").error(std::string("Logins will not hear of other programs: ") + error.what());
+    }
+  }
+  Logins(Logins const&) = delete;
+  Logins& operator=(Logins const&) = delete;
+  ~Logins() { WebAuthenticationSession::setPresenter(nullptr); }
+
+ private:
+  std::unique_ptr<RedirectListener> listener_;
+};
+
+ApplicationService::Requests requests(AppDelegate& delegate) {
+  return {.activate = [&delegate] { delegate.activate(); },
+          .open = [&delegate](QString const& url) { delegate.open(url.toStdString()); },
+          .actions = {{QStringLiteral("toggle-recording"),
+                       [&delegate] { delegate.toggleRecording(); }}}};
+}
+
+int runApplication(int argumentCount, char** arguments, std::vector<std::string> const& urls) {
   QCoreApplication::setApplicationName(QStringLiteral("vek"));
   QGuiApplication::setApplicationDisplayName(QStringLiteral("VEK"));
   QGuiApplication::setDesktopFileName(QStringLiteral("com.vek.app"));
@@ -32,12 +82,31 @@ int applicationMain(int argumentCount, char** arguments) {
   prepareViews();
   MainQueueDriver::start();
   AppDelegate delegate;
+  ApplicationService service;
+  auto const claim = service.claim(requests(delegate));
+  // Two were started at once.
+  if (claim == ApplicationService::Claim::anotherProcessHasIt && handOver(urls)) return 0;
   Application::shared() = {
       .terminate = terminate,
       .orderFrontStandardAboutPanel = [&delegate] { delegate.orderFrontStandardAboutPanel(); },
       .activate = [](ActivationOptions) { activateFrontWindow(); }};
+  Logins const logins;
   delegate.applicationDidFinishLaunching();
   return QGuiApplication::exec();
+}
+
+}  // namespace
+
+int applicationMain(int argumentCount, char** arguments) {
+  if (!hasDesktop() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    fatalError("vek needs a desktop to show itself on; in a terminal use vekctl.");
+  }
+  auto const urls = redirects({arguments, static_cast<std::size_t>(argumentCount)});
+  try {
+    return handOver(urls) ? 0 : runApplication(argumentCount, arguments, urls);
+  } catch (std::exception const& error) {
+    fatalError(error.what());
+  }
 }
 
 void terminate() {

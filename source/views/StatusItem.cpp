@@ -54,12 +54,17 @@ void StatusItem::registerWithWatcher() {
 }
 
 void StatusItem::askForHost(std::function<void(bool)> answer) {
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    QMetaObject::invokeMethod(
+        this, [answer = std::move(answer)] { answer(false); }, Qt::QueuedConnection);
+    return;
+  }
   auto call = QDBusMessage::createMethodCall(watcherService, watcherPath,
                                              QStringLiteral("org.freedesktop.DBus.Properties"),
                                              QStringLiteral("Get"));
   call << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
-  auto* asked = new QDBusPendingCallWatcher(
-      QDBusConnection::sessionBus().asyncCall(call, patience.count()), this);
+  auto* asked = new QDBusPendingCallWatcher(bus.asyncCall(call, patience.count()), this);
   connect(asked, &QDBusPendingCallWatcher::finished, this, [asked, answer = std::move(answer)] {
     QDBusPendingReply<QDBusVariant> const reply = *asked;
     asked->deleteLater();

@@ -98,17 +98,18 @@ void Desktop::startPanel() {
   if (!isHost) throw std::runtime_error("the panel did not come up");
 }
 
-std::unique_ptr<ChildProcess> Desktop::start(std::vector<std::string> words) const {
+std::unique_ptr<ChildProcess> Desktop::start(std::vector<std::string> words,
+                                             std::filesystem::path const& errors) const {
   std::vector<std::string> all = {"env", "-u", "WAYLAND_DISPLAY", "-u", "VEK_LOG"};
   for (auto const& [name, value] : environment) all.push_back(name + "=" + value);
   all.insert(all.end(), std::make_move_iterator(words.begin()),
              std::make_move_iterator(words.end()));
-  return std::make_unique<ChildProcess>(std::move(all), folder_ / "log");
+  return std::make_unique<ChildProcess>(std::move(all), errors);
 }
 
 std::unique_ptr<ChildProcess> Desktop::startVek(std::vector<std::string> arguments) const {
   arguments.insert(arguments.begin(), VEK_PROGRAM);
-  return start(std::move(arguments));
+  return start(std::move(arguments), folder_ / "log");
 }
 
 std::string Desktop::run(std::vector<std::string> words) const {

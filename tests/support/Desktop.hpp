@@ -38,12 +38,13 @@ class Desktop {
   /// Variables of the programs that start from now on.
   std::map<std::string, std::string> environment;
 
-  [[nodiscard]] std::unique_ptr<ChildProcess> start(std::vector<std::string> words) const;
+  [[nodiscard]] std::unique_ptr<ChildProcess> start(
+      std::vector<std::string> words, std::filesystem::path const& errors = "/dev/null") const;
   [[nodiscard]] std::unique_ptr<ChildProcess> startVek(
       std::vector<std::string> arguments = {}) const;
   /// What a program prints until it ends.
   [[nodiscard]] std::string run(std::vector<std::string> words) const;
-  /// What the programs wrote to standard error so far.
+  /// What vek wrote to standard error so far.
   [[nodiscard]] std::string log() const;
 
   /// The visible window of that title; nothing when there is none.

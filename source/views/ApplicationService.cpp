@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "views/ApplicationService.hpp"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
+#include <utility>
+
+#include "platform/Log.hpp"
+
+namespace vek {
+
+namespace {
+
+/// What a Wayland desktop has to be shown for a window to come forward.
+void keepActivationToken(QVariantMap const& platformData) {
+  auto const token = platformData.value(QStringLiteral("activation-token")).toString();
+  if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+}  // namespace
+
+ApplicationService::Claim ApplicationService::claim(Requests requests) {
+  requests_ = std::move(requests);
+  auto bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    Logger("shell").error(
+        "There is no session bus: no status item, no second start that finds this one.");
+    return Claim::noBus;
+  }
+  bus.registerObject(QStringLiteral("/com/vek/app"), this,
+                     QDBusConnection::ExportScriptableInvokables);
+  auto const answer = bus.interface()->registerService(QStringLiteral("com.vek.app"));
+  return answer.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::granted
+                                                                       : Claim::anotherProcessHasIt;
+}
+
+void ApplicationService::Activate(QVariantMap const& platformData) {
+  keepActivationToken(platformData);
+  requests_.activate();
+}
+
+void ApplicationService::Open(QStringList const& urls, QVariantMap const& platformData) {
+  keepActivationToken(platformData);
+  for (auto const& url : urls) requests_.open(url);
+}
+
+void ApplicationService::ActivateAction(QString const& name, QVariantList const&,
+                                        QVariantMap const& platformData) {
+  keepActivationToken(platformData);
+  auto const action = requests_.actions.find(name);
+  if (action != requests_.actions.end()) {
+    action->second();
+  } else if (calledFromDBus()) {
+    sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action '%1'.").arg(name));
+  }
+}
+
+}  // namespace vek

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// The one process of a user, and what reaches it from outside.
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "support/Desktop.hpp"
+
+namespace vek::test {
+namespace {
+
+using testing::HasSubstr;
+
+class OneInstance : public testing::Test {
+ protected:
+  bool isShown() {
+    return eventually([this] { return desktop.window("VEK").has_value(); });
+  }
+  /// The program with its window out of sight.
+  std::unique_ptr<ChildProcess> startHidden() {
+    desktop.startPanel();
+    auto vek = desktop.startVek();
+    EXPECT_TRUE(eventually([this] { return desktop.statusItem().has_value(); })) << desktop.log();
+    EXPECT_FALSE(desktop.window("VEK"));
+    return vek;
+  }
+  /// Calls a method of the program as the desktop does; what the bus answers.
+  std::string call(std::string const& method, std::vector<std::string> arguments) {
+    std::vector<std::string> words = {
+        "sh", "-c", R"(exec gdbus call --session -d com.vek.app -o /com/vek/app -m "$@" 2>&1)",
+        "sh", "org.freedesktop.Application." + method};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return desktop.run(std::move(words));
+  }
+
+  Desktop desktop;
+};
+
+TEST_F(OneInstance, ASecondStartBringsTheFirstForwardAndEnds) {
+  auto const vek = startHidden();
+  auto const second = desktop.startVek();
+  EXPECT_EQ(second->wait(), 0);
+  EXPECT_TRUE(isShown()) << desktop.log();
+}
+
+TEST_F(OneInstance, ARedirectIsHandedToTheFirstWithoutAWindow) {
+  auto const vek = startHidden();
+  auto const second = desktop.startVek({"com.vek.app://localhost/callback?code=1&state=unknown"});
+  EXPECT_EQ(second->wait(), 0);
+  EXPECT_THAT(desktop.log(), HasSubstr("the redirect of no login that waits"));
+  EXPECT_FALSE(desktop.window("VEK"));
+}
+
+TEST_F(OneInstance, TheDesktopActivatesItAndItsActions) {
+  auto const vek = startHidden();
+  EXPECT_EQ(call("Activate", {"{}"}), "()\n");
+  EXPECT_TRUE(isShown());
+  EXPECT_EQ(call("ActivateAction", {"toggle-recording", "[]", "{}"}), "()\n");
+  EXPECT_THAT(call("ActivateAction", {"dance", "[]", "{}"}), HasSubstr("no action 'dance'"));
+}
+
+TEST_F(OneInstance, WhoCannotRecordYetIsShownTheWindow) {
+  auto const vek = startHidden();
+  EXPECT_EQ(call("ActivateAction", {"toggle-recording", "[]", "{}"}), "()\n");
+  EXPECT_TRUE(isShown());
+}
+
+TEST_F(OneInstance, WithoutASessionBusTheWindowOpensAndTheLogSaysWhatIsMissing) {
+  desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent";
+  auto const vek = desktop.startVek();
+  EXPECT_TRUE(isShown());
+  EXPECT_THAT(desktop.log(), HasSubstr("There is no session bus"));
+}
+
+TEST_F(OneInstance, ItEndsCleanlyWhenToldTo) {
+  for (int const signal : {SIGTERM, SIGINT}) {
+    auto const vek = desktop.startVek();
+    ASSERT_TRUE(isShown());
+    vek->signal(signal);
+    EXPECT_EQ(vek->wait(), 0) << desktop.log();
+    EXPECT_FALSE(desktop.window("VEK"));
+  }
+}
+
+}  // namespace
+}  // namespace vek::test
