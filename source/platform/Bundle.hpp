@@ -11,7 +11,7 @@ namespace vek {
 /// The program as it is installed: its name in the system, its version and the files that belong to
 /// it.
 struct Bundle {
-  std::optional<std::string> bundleIdentifier;
+  std::optional<std::string> bundleIdentifier = {};
   std::string version = {};
 
   /// That of this process.

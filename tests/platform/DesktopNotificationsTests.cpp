@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/Log.hpp"
+#include "platform/UserNotificationCenter.hpp"
 #include "support/Environment.hpp"
 #include "support/NotificationDaemon.hpp"
 #include "support/SessionBus.hpp"
@@ -67,6 +68,16 @@ TEST_F(DesktopNotificationsTest, WithoutADaemonOnlyTheLogHears) {
   notifications_.withdraw("update");
   ASSERT_EQ(told.size(), 1U);
   EXPECT_THAT(told.front(), HasSubstr("shows no notification"));
+}
+
+TEST_F(DesktopNotificationsTest, OfTheSessionAreShownAndWithdrawnInOrder) {
+  NotificationDaemon daemon(bus_.address());
+  auto const& center = UserNotificationCenter::current();
+  center.requestAuthorization(UserNotificationAuthorizationOptions::alert);
+  center.add(saying("short-lived"));
+  center.removeDeliveredNotifications({"other", "update"});
+  EXPECT_THAT(daemon.nextCall(), Optional(HasSubstr("short-lived")));
+  EXPECT_THAT(daemon.nextCall(), Optional(std::string("CloseNotification 1")));
 }
 
 }  // namespace
