@@ -16,8 +16,8 @@
 namespace vek::test {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 
 constexpr auto* nothingWaits = "error: No login is waiting for this.\n";
@@ -40,10 +40,6 @@ class Login : public ProgramTests {
     surroundings.input = "/dev/null";
     return result;
   }
-  static std::string without(std::string text, std::string const& part) {
-    if (auto const at = text.find(part); at != std::string::npos) text.erase(at, part.size());
-    return text;
-  }
 
   IdentityClient browser{services};
 };
@@ -57,7 +53,7 @@ TEST_F(Login, LastsFromTheFormUntilTheLogout) {
   auto const redirect = browser.redirectFrom(pageOf(login));
   EXPECT_EQ(handOver(redirect).status, 0);
   EXPECT_EQ(login.wait(), 0) << login.messages();
-  EXPECT_THAT(login.output(), testing::EndsWith("\nSigned in as " + user));
+  EXPECT_THAT(login.output(), EndsWith("\nSigned in as " + user));
   auto const replayed = handOver(redirect);
   EXPECT_EQ(replayed.status, 1);
   EXPECT_EQ(replayed.messages, nothingWaits);
@@ -103,8 +99,7 @@ TEST_F(Login, IsOneAtATimeAndCanBeGivenUp) {
   }
   login.signal(SIGINT);
   EXPECT_EQ(login.wait(), 1);
-  EXPECT_THAT(login.messages(),
-              testing::EndsWith("error: The user cancelled the Web Auth operation.\n"));
+  EXPECT_THAT(login.messages(), EndsWith("error: The user cancelled the Web Auth operation.\n"));
   EXPECT_EQ(handOver(redirect).messages, nothingWaits);
   VekctlRun third(surroundings, {"login"});
   EXPECT_THAT(pageOf(third), StartsWith(services.url() + "/authorize?"));
