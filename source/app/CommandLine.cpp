@@ -41,6 +41,7 @@ struct Grammar {
   CommandLine::Export exported;
   CommandLine::Callback callback;
   std::string provider;
+  std::string autostart;
   std::string id;
   double seconds = 0;
   double pause = 30;
@@ -56,6 +57,10 @@ struct Grammar {
   CLI::App* analyseCommand = add("analyse", "Have a new analysis made of a transcript's text");
   CLI::App* assignCommand = add("assign", "Assign a transcript to a customer, once and for all");
   CLI::App* exportCommand = add("export", "Print a whole transcript for other programs to read");
+  CLI::App* toggleCommand =
+      app.add_subcommand("toggle", "Start or stop a recording of the desktop program");
+  CLI::App* autostartCommand =
+      add("autostart", "Print or set whether the desktop starts VEK when you log in");
   CLI::App* logInCommand = add("login", "Sign in on the web, in your browser");
   CLI::App* logOutCommand = add("logout", "Forget who is signed in");
   CLI::App* whoAmICommand = add("whoami", "Print who is signed in");
@@ -86,6 +91,9 @@ struct Grammar {
     }
     assignCommand->add_option("customer", assign.customer, "The name or the identifier")
         ->required();
+    autostartCommand->add_option("choice", autostart, "Off unless told")
+        ->check(CLI::IsMember({"on", "off"}))
+        ->type_name("on|off");
     callbackCommand->add_option("url", callback.url, "The address; - to read it from the input")
         ->required();
     exportCommand->add_option("--format", exported.format, "Markdown unless told")
@@ -124,6 +132,11 @@ struct Grammar {
       return {CommandLine::Watch{std::chrono::duration<double>(pause)}, asJSON};
     }
     if (customersCommand->parsed()) return {CommandLine::Customers{}, asJSON};
+    if (toggleCommand->parsed()) return {CommandLine::Toggle{}, asJSON};
+    if (autostartCommand->parsed()) {
+      auto const wanted = autostart.empty() ? std::nullopt : std::optional(autostart == "on");
+      return {CommandLine::Autostart{wanted}, asJSON};
+    }
     if (logInCommand->parsed()) return {CommandLine::LogIn{}, asJSON};
     if (logOutCommand->parsed()) return {CommandLine::LogOut{}, asJSON};
     if (whoAmICommand->parsed()) return {CommandLine::WhoAmI{}, asJSON};

@@ -64,6 +64,13 @@ struct CommandLine {
     Format format = Format::markdown;
   };
 
+  /// Starts or stops a recording of the desktop program.
+  struct Toggle {};
+  struct Autostart {
+    /// Nothing to print what is set.
+    std::optional<bool> isWanted;
+  };
+
   struct LogIn {};
   struct LogOut {};
   struct WhoAmI {};
@@ -74,7 +81,7 @@ struct CommandLine {
   };
 
   std::variant<Record, Transcribe, Provider, Transcripts, Watch, Customers, Show, Analyse, Assign,
-               Export, LogIn, LogOut, WhoAmI, Callback>
+               Export, LogIn, LogOut, WhoAmI, Callback, Toggle, Autostart>
       command;
   /// Output for programs instead of people.
   bool asJSON = false;

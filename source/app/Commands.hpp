@@ -25,6 +25,9 @@ int exportTranscript(CommandLine::Export const& options, bool asJSON, Terminal& 
 int logIn(bool asJSON, Terminal& terminal, Signals& signals);
 int logOut(bool asJSON, Terminal& terminal, Signals& signals);
 int whoAmI(bool asJSON, Terminal& terminal, Signals& signals);
+/// Starts or stops a recording of the desktop program.
+int toggle();
+int autostart(CommandLine::Autostart const& options, bool asJSON, Terminal& terminal);
 int callback(CommandLine::Callback const& options, Terminal& terminal, Signals& signals);
 
 }  // namespace vek

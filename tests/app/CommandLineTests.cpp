@@ -57,6 +57,11 @@ std::string meaning(std::vector<char const*> arguments) {
           },
           [](CommandLine::LogIn) { return std::string("login"); },
           [](CommandLine::LogOut) { return std::string("logout"); },
+          [](CommandLine::Toggle) { return std::string("toggle"); },
+          [](CommandLine::Autostart const& autostart) {
+            if (!autostart.isWanted) return std::string("autostart");
+            return fmt::format("autostart {}", *autostart.isWanted);
+          },
           [](CommandLine::WhoAmI) { return std::string("whoami"); },
           [](CommandLine::Callback const& callback) { return "callback " + callback.url; }},
       line.command);
@@ -90,6 +95,9 @@ TEST(CommandLine, MeansWhatItSays) {
   EXPECT_EQ(meaning({"logout"}), "logout");
   EXPECT_EQ(meaning({"whoami"}), "whoami");
   EXPECT_EQ(meaning({"callback", "-"}), "callback -");
+  EXPECT_EQ(meaning({"toggle"}), "toggle");
+  EXPECT_EQ(meaning({"autostart"}), "autostart");
+  EXPECT_EQ(meaning({"autostart", "off"}), "autostart false");
 }
 
 TEST(CommandLine, AskingForHelpIsNoMistake) {
@@ -113,6 +121,7 @@ TEST(CommandLine, AMistakeIsNamed) {
            {{"record", "--for", "soon"}, "--for"},
            {{"provider", "other"}, "provider: other not in {apple,deepgram}"},
            {{"provider", "apple", "deepgram"}, "deepgram"},
+           {{"autostart", "maybe"}, "choice: maybe not in {on,off}"},
            {{"transcribe"}, "files is required"},
            {{"transcripts", "--customer", "A", "--without-customer"}, "excludes"},
            {{"watch", "--every", "0"}, "--every"},

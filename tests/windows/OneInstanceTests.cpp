@@ -60,9 +60,24 @@ TEST_F(OneInstance, TheDesktopActivatesItAndItsActions) {
 }
 
 TEST_F(OneInstance, WhoCannotRecordYetIsShownTheWindow) {
+  EXPECT_EQ(desktop.start({VEKCTL_PROGRAM, "toggle"})->wait(), 1) << "it does not run yet";
   auto const vek = startHidden();
-  EXPECT_EQ(call("ActivateAction", {"toggle-recording", "[]", "{}"}), "()\n");
+  EXPECT_EQ(desktop.start({VEKCTL_PROGRAM, "toggle"})->wait(), 0);
   EXPECT_TRUE(isShown());
+}
+
+TEST_F(OneInstance, TheDesktopStartsItAtLoginWhenToldTo) {
+  auto const entry = (desktop.folder() / "config/autostart/com.vek.app.desktop").string();
+  EXPECT_EQ(desktop.run({VEKCTL_PROGRAM, "autostart"}), "off\n");
+  EXPECT_EQ(desktop.run({VEKCTL_PROGRAM, "autostart", "on"}), "on\n");
+  EXPECT_THAT(desktop.run({"cat", entry}), HasSubstr("\nExec=" VEK_PROGRAM "\n"));
+  EXPECT_EQ(desktop.run({"desktop-file-validate", entry}), "");
+  // As the desktop's own settings switch it off.
+  static_cast<void>(desktop.run({"sh", "-c", R"(echo Hidden=true >> "$0")", entry}));
+  EXPECT_EQ(desktop.run({VEKCTL_PROGRAM, "autostart"}), "off\n");
+  EXPECT_EQ(desktop.run({VEKCTL_PROGRAM, "autostart", "on"}), "on\n");
+  EXPECT_EQ(desktop.run({VEKCTL_PROGRAM, "autostart", "off"}), "off\n");
+  EXPECT_FALSE(std::filesystem::exists(entry));
 }
 
 TEST_F(OneInstance, WithoutASessionBusTheWindowOpensAndTheLogSaysWhatIsMissing) {

@@ -41,6 +41,10 @@ int run(vek::CommandLine const& line, vek::Terminal& terminal, vek::Signals& sig
           [&](Line::Export const& exported) {
             return vek::exportTranscript(exported, line.asJSON, terminal, signals);
           },
+          [](Line::Toggle) { return vek::toggle(); },
+          [&](Line::Autostart const& autostart) {
+            return vek::autostart(autostart, line.asJSON, terminal);
+          },
           [&](Line::LogIn) { return vek::logIn(line.asJSON, terminal, signals); },
           [&](Line::LogOut) { return vek::logOut(line.asJSON, terminal, signals); },
           [&](Line::WhoAmI) { return vek::whoAmI(line.asJSON, terminal, signals); },
