@@ -7,6 +7,7 @@
 #include "platform/UserDefaults.hpp"
 #include "views/Compositor.hpp"
 #include "views/Views.hpp"
+#include "views/WindowOrder.hpp"
 
 namespace vek {
 
@@ -45,9 +46,8 @@ void MainWindowController::didClickStatusItem() {
 }
 
 void MainWindowController::show() {
-  window->showNormal();
-  window->raise();
-  window->requestActivate();
+  orderFront(*window);
+  activateFrontWindow();
 }
 
 }  // namespace vek
