@@ -12,7 +12,10 @@ T.Button {
     leftPadding: Theme.space3
     rightPadding: Theme.space3
     hoverEnabled: true
+    opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Text {
         text: button.text
@@ -25,7 +28,7 @@ T.Button {
     background: Rectangle {
         radius: Theme.controlRadius
         color: Theme.group
-        border.color: Theme.windowOutline
+        border.color: Theme.controlOutline
 
         Rectangle {
             anchors.fill: parent
@@ -37,5 +40,4 @@ T.Button {
             visible: button.visualFocus
         }
     }
-    opacity: enabled ? 1 : 0.5
 }

@@ -12,7 +12,10 @@ T.Button {
     leftPadding: Theme.space3
     rightPadding: Theme.space3
     hoverEnabled: true
+    opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Text {
         text: button.text
@@ -33,5 +36,4 @@ T.Button {
             visible: button.visualFocus
         }
     }
-    opacity: enabled ? 1 : 0.5
 }

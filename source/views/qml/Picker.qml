@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import VEK
+
+// Shows the one choice of several, and the others at a press.
+T.ComboBox {
+    id: picker
+
+    /// What is chosen here, for those who do not see it.
+    required property string name
+
+    implicitWidth: 220
+    implicitHeight: Theme.control
+    leftPadding: Theme.space2
+    rightPadding: Theme.space2
+    hoverEnabled: true
+    baselineOffset: contentItem.y + contentItem.baselineOffset
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: name
+
+    contentItem: Text {
+        text: picker.displayText
+        textFormat: Text.PlainText
+        color: Theme.primary
+        font.pixelSize: Theme.body
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        rightPadding: Theme.space4
+    }
+    indicator: Icon {
+        x: picker.width - width - Theme.space2
+        y: (picker.height - height) / 2
+        symbol: "chevron-expand"
+        size: 13
+        color: Theme.secondary
+    }
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.group
+        border.width: 1
+        border.color: Theme.controlOutline
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            color: picker.down ? Theme.pressed : picker.hovered ? Theme.hover : "transparent"
+        }
+        FocusRing {
+            radius: Theme.controlRadius + 3
+            visible: picker.visualFocus
+        }
+    }
+
+    delegate: PickerEntry {
+        width: ListView.view.width
+    }
+    popup: T.Popup {
+        y: picker.height + Theme.space1
+        width: picker.width
+        implicitHeight: Math.min(contentItem.implicitHeight + 2 * padding, 240)
+        padding: Theme.space1
+        margins: Theme.space1
+
+        contentItem: ListView {
+            implicitHeight: contentHeight
+            model: picker.popup.visible ? picker.delegateModel : null // qmllint disable type
+            currentIndex: picker.highlightedIndex
+            highlightMoveDuration: 0
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
+            T.ScrollBar.vertical: ThinScrollBar {}
+        }
+        background: CustomGroup {
+            isFloating: true
+        }
+    }
+}

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import VEK
+
+// A toolbar and the pane that is selected in it. The window is as high as they are.
+Window {
+    id: window
+
+    required property SettingsWindowController controller
+    readonly property var pane: controller.selectedPane
+
+    width: 480
+    height: toolbar.height + content.height
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: height
+    maximumHeight: height
+    title: pane.title
+    color: Theme.window
+    flags: Qt.Window | Qt.CustomizeWindowHint | Qt.WindowTitleHint | Qt.WindowSystemMenuHint
+           | Qt.WindowCloseButtonHint
+
+    Behavior on height {
+        enabled: window.visible && !window.controller.initialTabSelection
+        NumberAnimation { duration: Theme.smooth; easing.type: Easing.InOutQuad }
+    }
+
+    SettingsToolbar {
+        id: toolbar
+
+        width: parent.width
+        controller: window.controller
+    }
+
+    Loader {
+        id: content
+
+        objectName: "content"
+        anchors.top: toolbar.bottom
+        width: parent.width
+        Accessible.role: Accessible.Pane
+        Accessible.name: window.title
+
+        Connections {
+            target: window.controller
+            function onSelectedPaneChanged() {
+                content.setSource("qrc:/qt/qml/VEK/" + window.pane.content + ".qml",
+                                  window.pane.contentProperties);
+            }
+        }
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+W", "Escape"]
+        onActivated: window.close()
+    }
+}
