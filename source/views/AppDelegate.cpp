@@ -27,6 +27,14 @@ void AppDelegate::applicationDidFinishLaunching() {
   updateWindowController_->present();
   statusItem->setAction([this] { mainWindowController->didClickStatusItem(); });
 
+  settingsController = std::make_unique<SettingsController>(*engine_, store(), *appStore_);
+  auto const transcripts =
+      store()
+          ->scope<KeyPath<&AppFeature::State::transcripts>,
+                  CasePath<AppFeature::Action, AppFeature::Action::transcripts>>();
+  transcriptsWindowsController =
+      std::make_unique<TranscriptsWindowsController>(*engine_, transcripts);
+
   recordingToggle_ = std::make_unique<RecordingToggle>(store());
   launch_ = store()->send(AppFeature::Action::start{});
   // Who has no status area would find nothing to click on.

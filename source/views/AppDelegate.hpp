@@ -11,7 +11,9 @@
 #include "views/AppStore.hpp"
 #include "views/MainWindowController.hpp"
 #include "views/RecordingToggle.hpp"
+#include "views/SettingsController.hpp"
 #include "views/StatusItem.hpp"
+#include "views/TranscriptsWindowsController.hpp"
 #include "views/UpdateWindowController.hpp"
 #include "views/Views.hpp"
 
@@ -45,6 +47,8 @@ class AppDelegate {
   std::unique_ptr<AppStore> appStore_;
   std::unique_ptr<StatusItem> statusItem;
   std::unique_ptr<MainWindowController> mainWindowController;
+  std::unique_ptr<SettingsController> settingsController;
+  std::unique_ptr<TranscriptsWindowsController> transcriptsWindowsController;
   AppStore::Observed::Shared store_;
   Dependency<UpdaterKey> updater;
   std::unique_ptr<AboutPanelController> aboutPanelController_;
