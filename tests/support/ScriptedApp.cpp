@@ -53,6 +53,9 @@ UUID numbered(std::size_t number) {
   return UUID::parse(fmt::format("00000000-0000-0000-0000-{:012}", number)).value();
 }
 
+/// As long as tokens are.
+std::string const token =
+    "eyJhbGciOiJSUzI1NiIsInR5cCI6IkpXVCIsImtpZCI6ImV4YW1wbGUifQ.eyJzdWIiOiJleGFtcGxlIn0.c2lnbmVk";
 Customer const knownCustomer{numbered(1), "Harbour Bakery and Sons"};
 UUID const unknownCustomer = numbered(2);
 
@@ -106,7 +109,7 @@ void ScriptedApp::show(QVariantMap const& facts) {
   State state;
   if (isTrue("loggedIn"))
     state.session.credentials =
-        Credentials({.accessToken = "token", .tokenType = "Bearer", .expiresIn = {}});
+        Credentials({.accessToken = token, .tokenType = "Bearer", .expiresIn = {}});
   state.session.isLoading = isTrue("loggingIn");
   state.session.error = error(facts["sessionError"]);
   state.permissions.hasRecordingPermissions = isTrue("permitted");
@@ -120,6 +123,7 @@ void ScriptedApp::show(QVariantMap const& facts) {
       transcripts(facts.contains("cells") ? facts["cells"].toList()
                                           : manyTranscripts(count, facts["unassigned"].toInt()));
   state.transcripts.customers.set(knownCustomer);
+  state.menu.isShowingSettings = isTrue("settings");
   state.transcripts.isLoading = isTrue("refreshing");
   state.transcripts.error = error(facts["transcriptsError"]);
   script_->next = std::move(state);

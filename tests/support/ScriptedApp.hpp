@@ -22,11 +22,13 @@ class ScriptedApp : public QObject {
   ScriptedApp();
 
   [[nodiscard]] AppStore* store() { return store_.get(); }
+  [[nodiscard]] AppStore::Observed::Shared const& root() { return root_; }
   [[nodiscard]] QStringList sent() const;
 
   /// Puts the state that `facts` describe in place of the present one:
   ///
   ///     loggedIn, loggingIn, permitted, asking, starting, refreshing   true or false
+  ///     settings                                           true while the settings are wanted
   ///     recording                                          the text so far
   ///     elapsed                                            seconds since the recording began
   ///     transcripts, unassigned                            how many, and how many without customer

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
+#include <QLocale>
 #include <QTest>
 
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include "support/ScriptedApp.hpp"
 #include "support/ScriptedUpdates.hpp"
 #include "views/LicenceNotes.hpp"
+#include "views/SettingsController.hpp"
 #include "views/Views.hpp"
 
 namespace {
@@ -22,6 +24,7 @@ struct Shot {
   QString name;
   QVariantMap facts;
   bool isShowingList = false;
+  bool isShowingMenu = false;
 };
 
 constexpr auto transition = std::chrono::milliseconds(500);
@@ -42,6 +45,15 @@ QVariantMap with(QVariantMap facts) {
   return facts;
 }
 
+QVariantList const cells = {
+    QVariantMap{{"text", said}},
+    QVariantMap{{"text", "Thank you for calling. The order left the warehouse this morning."},
+                {"customer", "known"}},
+    QVariantMap{{"loading", true}, {"customer", "known"}},
+    QVariantMap{{"failed", true}},
+    QVariantMap{{"text", ""}, {"customer", "gone"}},
+};
+
 std::vector<Shot> shots() {
   return {
       {"login", {}},
@@ -60,6 +72,9 @@ std::vector<Shot> shots() {
       {"error-long", with({{"transcriptsError", longRefusal}})},
       {"list-empty", with({}), true},
       {"list-loading", with({{"refreshing", true}}), true},
+      {"list", with({{"cells", cells}}), true},
+      {"list-states", with({{"cells", QVariantList(cells.begin() + 2, cells.end())}}), true},
+      {"menu", with({{"cells", cells}}), false, true},
   };
 }
 
@@ -109,8 +124,24 @@ void takeMainWindow(QQmlEngine& engine, Camera const& camera) {
     app.show({});
     app.show(shot.facts);
     window->setProperty("isShowingList", shot.isShowingList);
+    if (shot.isShowingMenu) {
+      QMetaObject::invokeMethod(window->findChild<QObject*>("menuButton"), "clicked");
+    }
     camera.take(*window, shot.name);
   }
+}
+
+void takeSettings(QQmlEngine& engine, Camera const& camera) {
+  vek::test::ScriptedApp app;
+  vek::SettingsController controller(engine, app.root(), *app.store());
+  app.show(with({{"settings", true}}));
+  auto& shown = *controller.windowController();
+  QCoreApplication::processEvents();
+  camera.take(shown.window(), "settings-general");
+  shown.changeContentView("account");
+  camera.take(shown.window(), "settings-account");
+  app.show({});
+  camera.take(shown.window(), "settings-account-empty");
 }
 
 void takeUpdateWindow(QQmlEngine& engine, Camera const& camera) {
@@ -139,10 +170,12 @@ int main(int argumentCount, char** arguments) {
     std::fputs("usage: vek_screenshots FOLDER\n", stderr);
     return 1;
   }
+  QLocale::setDefault(QLocale(QLocale::English));
   vek::prepareViews();
   auto const engine = vek::makeEngine();
   Camera const camera(QString::fromLocal8Bit(arguments[1]));
   takeMainWindow(*engine, camera);
+  takeSettings(*engine, camera);
   takeUpdateWindow(*engine, camera);
   takeAboutPanel(*engine, camera);
   return 0;
