@@ -8,16 +8,25 @@ Window {
 
     required property UpdatePanel panel
 
+    readonly property real wantedHeight: view.height
+
+    // Before it grows it has to be allowed to: window managers keep it within its bounds.
+    function fit() {
+        minimumHeight = 0;
+        maximumHeight = wantedHeight;
+        height = wantedHeight;
+        minimumHeight = wantedHeight;
+    }
+
     width: view.width
-    height: view.height
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
     flags: Qt.Dialog
-    title: qsTr("VEK Update")
+    title: qsTr("Update VEK")
     color: Theme.window
     onClosing: panel.close()
+    onWantedHeightChanged: fit()
+    Component.onCompleted: fit()
 
     Shortcut {
         sequences: ["Esc", "Ctrl+W"]
