@@ -159,13 +159,12 @@ QRectF MarkdownPage::rectOf(QString const& text) {
 void MarkdownPage::setSearched(QString const& searched) {
   if (searched == searched_) return;
   searched_ = searched;
-  foundIndex_ = 0;
+  foundIndex_ = -1;
   find();
-  showFound();
 }
 
 void MarkdownPage::setFoundIndex(int index) {
-  if (index == foundIndex_ || index < 0 || index >= foundCount()) return;
+  if (index == foundIndex_ || index < -1 || index >= foundCount()) return;
   foundIndex_ = index;
   Q_EMIT foundChanged();
   showFound();
@@ -178,14 +177,14 @@ void MarkdownPage::find() {
   for (auto at = length > 0 ? text.indexOf(searched_, 0, Qt::CaseInsensitive) : -1; at >= 0;
        at = text.indexOf(searched_, at + length, Qt::CaseInsensitive))
     found_.emplace_back(at, at + length);
-  foundIndex_ = std::clamp(foundIndex_, 0, std::max(0, foundCount() - 1));
+  foundIndex_ = std::min(foundIndex_, foundCount() - 1);
   Q_EMIT foundChanged();
   update();
 }
 
 void MarkdownPage::showFound() {
   update();
-  if (found_.empty()) return;
+  if (foundIndex_ < 0) return;
   auto const [from, to] = found_[static_cast<std::size_t>(foundIndex_)];
   layout_.reveal(from, to);
   auto const rects = layout_.rectsOf(from, to);

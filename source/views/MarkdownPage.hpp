@@ -33,7 +33,7 @@ class MarkdownPage : public QQuickPaintedItem {
   Q_PROPERTY(QString plainText READ plainText NOTIFY documentChanged)
   Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
   Q_PROPERTY(QString hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
-  /// What is looked for, how often it is there, and which of these is the present one, from 0 on.
+  /// What is looked for, how often it is there, and which of these is the present one, or -1.
   Q_PROPERTY(QString searched READ searched WRITE setSearched NOTIFY foundChanged)
   Q_PROPERTY(int foundCount READ foundCount NOTIFY foundChanged)
   Q_PROPERTY(int foundIndex READ foundIndex WRITE setFoundIndex NOTIFY foundChanged)
@@ -124,7 +124,7 @@ class MarkdownPage : public QQuickPaintedItem {
   QString pressedLink_;
   QString searched_;
   std::vector<Range> found_;
-  int foundIndex_ = 0;
+  int foundIndex_ = -1;
 };
 
 }  // namespace vek

@@ -25,4 +25,11 @@ inline QString text(Date moment) {
   return QLocale().toString(QDateTime::fromMSecsSinceEpoch(since.count()), QLocale::ShortFormat);
 }
 
+/// A date as a part of a file's name, which sorts by it.
+inline QString fileNameOf(Date moment) {
+  using std::chrono::milliseconds;
+  auto const since = std::chrono::duration_cast<milliseconds>(moment.time_since_epoch());
+  return QDateTime::fromMSecsSinceEpoch(since.count()).toString(QStringLiteral("yyyy-MM-dd HH.mm"));
+}
+
 }  // namespace vek

@@ -4,6 +4,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include "features/TranscriptFeature.hpp"
 #include "views/ObservedStore.hpp"
@@ -17,8 +18,20 @@ class TranscriptStore : public QObject {
   QML_ELEMENT
   QML_UNCREATABLE("made with its window")
   Q_PROPERTY(vek::TextState::Value textState READ textState NOTIFY textStateChanged)
-  /// The text of the transcript, or what kept it from coming.
   Q_PROPERTY(QString text READ text NOTIFY textStateChanged)
+  /// What kept the text from coming.
+  Q_PROPERTY(QString textError READ textError NOTIFY textStateChanged)
+  Q_PROPERTY(vek::TextState::Value analysisState READ analysisState NOTIFY analysisStateChanged)
+  Q_PROPERTY(QString analysis READ analysis NOTIFY analysisStateChanged)
+  Q_PROPERTY(QString analysisError READ analysisError NOTIFY analysisStateChanged)
+  /// Whether the transcript has a customer.
+  Q_PROPERTY(bool isAssigned READ isAssigned NOTIFY isAssignedChanged)
+  /// The names of those that it can be assigned to, and which of them is chosen, or -1.
+  Q_PROPERTY(QStringList customers READ customers CONSTANT)
+  Q_PROPERTY(int selectedCustomer READ selectedCustomer NOTIFY selectedCustomerChanged)
+  Q_PROPERTY(bool assigningCustomer READ assigningCustomer NOTIFY assigningCustomerChanged)
+  /// When the transcript began, as a part of a file's name.
+  Q_PROPERTY(QString fileName READ fileName CONSTANT)
 
  public:
   using Observed = ObservedStore<TranscriptFeature::State, TranscriptFeature::Action>;
@@ -26,10 +39,27 @@ class TranscriptStore : public QObject {
 
   [[nodiscard]] TextState::Value textState() const;
   [[nodiscard]] QString text() const;
+  [[nodiscard]] QString textError() const;
+  [[nodiscard]] TextState::Value analysisState() const;
+  [[nodiscard]] QString analysis() const;
+  [[nodiscard]] QString analysisError() const;
+  [[nodiscard]] bool isAssigned() const { return transcript().customerID.has_value(); }
+  [[nodiscard]] QStringList customers() const;
+  [[nodiscard]] int selectedCustomer() const;
+  [[nodiscard]] bool assigningCustomer() const { return store_.state().assigningCustomer; }
+  [[nodiscard]] QString fileName() const;
 
   Q_INVOKABLE void transcriptDidAppear();
+  /// Chooses the customer at a position, or none with -1.
+  Q_INVOKABLE void customerPickerClicked(int position);
+  Q_INVOKABLE void assignCustomerButtonClicked();
+  Q_INVOKABLE void refetchContentButtonClicked();
 
   Q_SIGNAL void textStateChanged();
+  Q_SIGNAL void analysisStateChanged();
+  Q_SIGNAL void isAssignedChanged();
+  Q_SIGNAL void selectedCustomerChanged();
+  Q_SIGNAL void assigningCustomerChanged();
 
  private:
   [[nodiscard]] Transcript const& transcript() const { return store_.state().transcript; }

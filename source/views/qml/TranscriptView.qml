@@ -3,46 +3,211 @@ import QtQuick
 import QtQuick.Templates as T
 import VEK
 
-// The text of an opened transcript.
+// An opened transcript: what its conversation was worth, and the words that were said.
 Item {
     id: view
 
     required property TranscriptStore store
+    readonly property bool isAssigning: !store.isAssigned && store.selectedCustomer >= 0
+    readonly property string allMarkdown: analysis.text === "" ? store.text
+        : analysis.text + "\n\n---\n\n" + store.text
 
     Component.onCompleted: store.transcriptDidAppear()
 
+    function allText(): string {
+        const said = words.markdown.plainText;
+        return analysis.text === "" ? said : analysis.markdown.plainText + "\n\n" + said;
+    }
+
+    function choices(): var {
+        const names = Array.from(store.customers);
+        names.unshift(qsTr("Choose one…"));
+        return names;
+    }
+
+    function save(text: string, ending: string) {
+        const name = qsTr("Transcript %1").arg(store.fileName);
+        const path = TranscriptFile.save(text, name, ending);
+        notice.show(path === "" ? qsTr("The file could not be written.")
+                                : qsTr("Saved as %1").arg(path));
+    }
+
+    Item {
+        id: customer
+
+        width: parent.width
+        height: visible ? picker.height + 2 * Theme.space4 : 0
+        visible: !view.store.isAssigned
+
+        Row {
+            anchors.centerIn: parent
+            spacing: Theme.space2
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: qsTr("Customer")
+                color: Theme.primary
+                font.pixelSize: Theme.body
+            }
+            Picker {
+                id: picker
+
+                objectName: "customerPicker"
+                name: qsTr("Customer")
+                model: view.choices()
+                currentIndex: view.store.selectedCustomer + 1
+                onActivated: index => view.store.customerPickerClicked(index - 1)
+            }
+        }
+        Behavior on height {
+            NumberAnimation { duration: Theme.smooth; easing.type: Easing.InOutQuad }
+        }
+    }
+
     ProgressIndicator {
         objectName: "transcriptProgress"
-        anchors.centerIn: parent
+        anchors.centerIn: scroll
+        size: 24
         visible: view.store.textState === TextState.Loading
+    }
+
+    TranscriptErrorView {
+        objectName: "transcriptError"
+        anchors.fill: scroll
+        anchors.margins: Theme.space4
+        visible: view.store.textState === TextState.Error
+        store: view.store
+        error: view.store.textError
     }
 
     Flickable {
         id: scroll
 
-        anchors.fill: parent
-        anchors.margins: Theme.space4
-        contentHeight: text.height
+        objectName: "transcriptScroll"
+        anchors.top: customer.bottom
+        anchors.bottom: parent.bottom
+        width: parent.width
+        visible: view.store.textState === TextState.Content
+        contentHeight: groups.height + (view.isAssigning ? bar.height : 0)
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         T.ScrollBar.vertical: ThinScrollBar {}
 
-        TextEdit {
-            id: text
+        Column {
+            id: groups
 
-            objectName: "transcriptText"
-            width: scroll.width - Theme.space2
-            visible: view.store.textState === TextState.Content
-                     || view.store.textState === TextState.Error
-            readOnly: true
-            selectByMouse: true
-            text: view.store.text
-            textFormat: TextEdit.PlainText
-            color: Theme.primary
-            selectionColor: Theme.accent
-            selectedTextColor: Theme.accentText
-            font.pixelSize: Theme.body
-            wrapMode: TextEdit.Wrap
+            width: scroll.width
+
+            TranscriptGroup {
+                id: analysis
+
+                objectName: "analysis"
+                width: parent.width
+                visible: view.store.analysisState === TextState.Loading
+                         || view.store.analysisState === TextState.Error
+                         || view.store.analysis !== ""
+                view: scroll
+                text: view.store.analysis
+                markdown.visible: view.store.analysisState === TextState.Content
+                overlayHeight: Math.max(progress.height, failure.visible ? failure.implicitHeight : 0)
+                onMenuRequested: (page, x, y) => menu.openOn(page, x, y)
+
+                ProgressIndicator {
+                    id: progress
+
+                    objectName: "analysisProgress"
+                    anchors.centerIn: parent
+                    visible: view.store.analysisState === TextState.Loading
+                }
+                TranscriptErrorView {
+                    id: failure
+
+                    objectName: "analysisError"
+                    anchors.fill: parent
+                    anchors.margins: Theme.space4
+                    visible: view.store.analysisState === TextState.Error
+                    store: view.store
+                    error: view.store.analysisError
+                }
+            }
+            TranscriptGroup {
+                id: words
+
+                objectName: "words"
+                width: parent.width
+                view: scroll
+                isPlain: true
+                text: view.store.text === "" ? qsTr("NO CONTENT") : view.store.text
+                onMenuRequested: (page, x, y) => menu.openOn(page, x, y)
+            }
         }
+    }
+
+    AssignBar {
+        id: bar
+
+        objectName: "assignBar"
+        width: parent.width
+        y: parent.height - (view.isAssigning ? height : 0)
+        visible: y < parent.height
+        store: view.store
+        Binding on name {
+            when: view.isAssigning
+            restoreMode: Binding.RestoreNone
+            value: view.store.customers[view.store.selectedCustomer] ?? ""
+        }
+        Behavior on y {
+            enabled: view.visible
+            NumberAnimation { duration: Theme.smooth; easing.type: Easing.InOutQuad }
+        }
+    }
+
+    FindBar {
+        id: find
+
+        objectName: "findBar"
+        anchors.right: parent.right
+        anchors.top: scroll.top
+        anchors.margins: Theme.space2
+        upper: analysis.markdown.page
+        lower: words.markdown.page
+    }
+
+    TextMenu {
+        id: menu
+
+        property MarkdownPage page: words.markdown.page
+
+        function openOn(target: MarkdownPage, x: real, y: real) {
+            page = target;
+            const place = target.mapToItem(view, x, y);
+            popup(place.x, place.y);
+        }
+
+        hasSelection: page.selectedText !== ""
+        onCopy: page.copy()
+        onSelectAll: page.selectAll()
+        onFind: find.open()
+        onCopyMarkdown: TranscriptFile.copy(view.allMarkdown)
+        onCopyText: TranscriptFile.copy(view.allText())
+        onSaveMarkdown: view.save(view.allMarkdown, "md")
+        onSaveText: view.save(view.allText(), "txt")
+    }
+
+    Notice {
+        id: notice
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.space4
+    }
+
+    Shortcut {
+        sequence: "Ctrl+F"
+        onActivated: find.open()
+    }
+    Shortcut {
+        sequence: "Ctrl+S"
+        onActivated: view.save(view.allMarkdown, "md")
     }
 }

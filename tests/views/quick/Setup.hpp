@@ -5,6 +5,7 @@
 #include <QQmlEngine>
 
 #include "support/ScriptedApp.hpp"
+#include "support/ScriptedTranscript.hpp"
 #include "support/ScriptedUpdates.hpp"
 #include "views/Views.hpp"
 
@@ -19,6 +20,7 @@ class Setup : public QObject {
   Q_SLOT void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     qmlRegisterType<ScriptedApp>("VEK.Test", 1, 0, "ScriptedApp");
+    qmlRegisterType<ScriptedTranscript>("VEK.Test", 1, 0, "ScriptedTranscript");
     qmlRegisterType<ScriptedUpdates>("VEK.Test", 1, 0, "ScriptedUpdates");
   }
 };

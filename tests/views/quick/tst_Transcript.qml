@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtTest
+import VEK
+import VEK.Test
+
+TestCase {
+    id: test
+
+    name: "Transcript"
+    when: windowShown
+    width: 400
+    height: 400
+    visible: true
+
+    ScriptedTranscript { id: transcript }
+
+    TranscriptView {
+        id: view
+
+        anchors.fill: parent
+        store: transcript.store
+    }
+
+    readonly property var both: ({ text: "Said words", analysis: "# Worth\n\nOf it", assigned: true })
+
+    function init() {
+        transcript.show({});
+        transcript.forgetSent();
+        part("findBar").close();
+    }
+
+    function part(name: string): Item {
+        return findChild(view, name);
+    }
+
+    function shown(names: var): var {
+        return names.filter(name => part(name).visible);
+    }
+
+    function test_whatIsShownFollowsTheText_data() {
+        return [
+            { tag: "initial", facts: {}, shows: [] },
+            { tag: "loading", facts: { loading: true }, shows: ["transcriptProgress"] },
+            { tag: "error", facts: { error: "No." }, shows: ["transcriptError"] },
+            { tag: "content", facts: { text: "a" }, shows: ["transcriptScroll"] },
+            { tag: "empty", facts: { text: "" }, shows: ["transcriptScroll"] },
+        ];
+    }
+
+    function test_whatIsShownFollowsTheText(row) {
+        transcript.show(row.facts);
+        compare(shown(["transcriptProgress", "transcriptError", "transcriptScroll"]), row.shows);
+        compare(part("words").text, row.facts.text === "a" ? "a" : "NO CONTENT");
+    }
+
+    function test_whatIsShownFollowsTheAnalysis_data() {
+        return [
+            { tag: "initial", facts: {}, shows: [] },
+            { tag: "loading", facts: { loadingAnalysis: true }, shows: ["analysis", "analysisProgress"] },
+            { tag: "error", facts: { analysisError: "No." }, shows: ["analysis", "analysisError"] },
+            { tag: "content", facts: { analysis: "a" }, shows: ["analysis"] },
+            { tag: "empty", facts: { analysis: "" }, shows: [] },
+        ];
+    }
+
+    function test_whatIsShownFollowsTheAnalysis(row) {
+        transcript.show(Object.assign({ text: "a" }, row.facts));
+        compare(shown(["analysis", "analysisProgress", "analysisError"]), row.shows);
+    }
+
+    function test_retryFetchesAgain_data() {
+        return [{ tag: "text", facts: { error: "No text." }, place: "transcriptError" },
+                { tag: "analysis", facts: { text: "a", analysisError: "No analysis." },
+                  place: "analysisError" }];
+    }
+
+    function test_retryFetchesAgain(row) {
+        transcript.show(row.facts);
+        compare(findChild(part(row.place), "errorText").text, row.facts.error ?? row.facts.analysisError);
+        mouseClick(findChild(part(row.place), "retryButton"));
+        compare(transcript.sent, ["refetchContentButtonClicked"]);
+    }
+
+    function test_theAnalysisStandsAboveTheWords() {
+        transcript.show(both);
+        tryVerify(() => part("words").y > 0);
+        verify(part("words").y >= part("analysis").y + part("analysis").height);
+        verify(part("analysis").markdown.page.rectOf("Worth").height > 26);
+    }
+
+    function test_aCustomerIsChosenAndAssigned() {
+        transcript.show({ text: "a" });
+        const picker = part("customerPicker"), bar = part("assignBar"), button = part("assignButton");
+        compare(picker.displayText, "Choose one…");
+        compare(bar.visible, false);
+        mouseClick(picker);
+        tryVerify(() => picker.popup.opened);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(transcript.sent.length, 1);
+        verify(transcript.sent[0].startsWith("customerPickerClicked"));
+
+        transcript.show({ text: "a", selected: 1 });
+        compare(picker.displayText, "Northwind");
+        compare(button.text, "Assign Northwind");
+        tryCompare(bar, "y", view.height - bar.height);
+        compare(part("assignProgress").opacity, 0);
+        transcript.forgetSent();
+        mouseClick(button);
+        compare(transcript.sent, ["assignCustomerButtonClicked"]);
+
+        transcript.show({ text: "a", selected: 1, assigning: true });
+        compare(button.enabled, false);
+        compare(part("assignProgress").opacity, 1);
+        transcript.show({ text: "a", selected: 1, assigned: true });
+        compare(button.text, "Assign Northwind", "it keeps its name while it slides out");
+        tryCompare(bar, "visible", false);
+        tryVerify(() => !picker.visible);
+    }
+
+    function test_findGoesThroughBothTexts() {
+        transcript.show({ text: "one two one", analysis: "One", assigned: true });
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        const bar = part("findBar");
+        tryCompare(bar, "visible", true);
+        keyClick(Qt.Key_O);
+        keyClick(Qt.Key_N);
+        compare(part("findPosition").text, "1 of 3");
+        const pages = [part("analysis").markdown.page, part("words").markdown.page];
+        const present = () => pages.map(page => page.foundIndex);
+        compare(present(), [0, -1]);
+        keyClick(Qt.Key_Return);
+        compare(present(), [-1, 0]);
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Return);
+        compare(present(), [0, -1]);
+        keyClick(Qt.Key_Return, Qt.ShiftModifier);
+        compare(present(), [-1, 1]);
+        keyClick(Qt.Key_Escape);
+        compare(bar.visible, false);
+    }
+
+    function test_allOfItIsTakenAsMarkdownOrText() {
+        transcript.show(both);
+        compare(view.allMarkdown, "# Worth\n\nOf it\n\n---\n\nSaid words");
+        tryVerify(() => view.allText() === "Worth\n\nOf it\n\nSaid words");
+    }
+}
