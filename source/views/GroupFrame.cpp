@@ -10,7 +10,7 @@ namespace {
 
 constexpr qreal lineWidth = 1;
 /// How far the shadow reaches beyond the ground, and how far it falls.
-constexpr int shadowReach = 8;
+constexpr int shadowReach = 12;
 constexpr qreal shadowFall = 4;
 
 }  // namespace
@@ -35,12 +35,14 @@ void GroupFrame::paint(QPainter* painter) {
 
 void GroupFrame::paintShadow(QPainter& painter, QRectF const& ground) const {
   painter.setPen(Qt::NoPen);
-  auto layer = shadow_;
-  // Layers that grow add up to the full shadow where the innermost one is.
-  layer.setAlphaF(shadow_.alphaF() / shadowReach);
-  painter.setBrush(layer);
   auto const fallen = ground.translated(0, shadowFall);
+  // Layers that grow add up to the full shadow where the innermost one is. The weight of each falls
+  // with its reach, so that the outer edge cannot be seen.
+  constexpr float weights = shadowReach * (shadowReach + 1) / 2.0F;
   for (int reach = shadowReach; reach > 0; --reach) {
+    auto layer = shadow_;
+    layer.setAlphaF(shadow_.alphaF() * static_cast<float>(shadowReach + 1 - reach) / weights);
+    painter.setBrush(layer);
     painter.drawRoundedRect(fallen.adjusted(-reach, -reach, reach, reach), radius_ + reach,
                             radius_ + reach);
   }
