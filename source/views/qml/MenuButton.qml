@@ -18,6 +18,8 @@ T.AbstractButton {
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: text
     onClicked: menu.open()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Rectangle {

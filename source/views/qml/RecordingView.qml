@@ -23,6 +23,8 @@ Column {
         Accessible.role: Accessible.Button
         Accessible.name: text
         onClicked: view.recordingStore.recordButtonClicked()
+        Keys.onReturnPressed: clicked()
+        Keys.onEnterPressed: clicked()
 
         contentItem: RecordSymbol {
             isRecording: view.recordingStore.isRecording

@@ -22,6 +22,8 @@ T.AbstractButton {
     Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.description: modelData.tooltip
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     onClicked: controller.changeContentView(modelData.identifier)
     Keys.onLeftPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Keys.onRightPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
