@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLocale>
+#include <QPainter>
 #include <QTest>
 
 #include <cstdio>
@@ -27,6 +28,8 @@ struct Shot {
   bool isShowingMenu = false;
 };
 
+/// A little more than that of windows, whose edges are blended with black here.
+constexpr qreal cornerRadius = 13;
 constexpr auto transition = std::chrono::milliseconds(500);
 
 QString const said = QStringLiteral(
@@ -106,12 +109,29 @@ class Camera {
     auto const suffix = QStringLiteral("-%1-%2x.png")
                             .arg(qEnvironmentVariable("VEK_COLOR_SCHEME", "light"))
                             .arg(window.devicePixelRatio());
-    if (window.grabWindow().save(folder_.filePath(name + suffix))) return;
+    if (picture(window).save(folder_.filePath(name + suffix))) return;
     std::fputs("a picture could not be written\n", stderr);
     std::exit(1);
   }
 
  private:
+  /// With nothing where the round corners of a window without a frame leave the desktop in view.
+  static QImage picture(QQuickWindow& window) {
+    auto grabbed = window.grabWindow();
+    grabbed.setDevicePixelRatio(1);
+    if (!window.flags().testFlag(Qt::FramelessWindowHint)) return grabbed;
+    auto const radius = cornerRadius * window.devicePixelRatio();
+    QImage rounded(grabbed.size(), QImage::Format_ARGB32);
+    rounded.fill(Qt::transparent);
+    QPainter painter(&rounded);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    QBrush content(grabbed);
+    painter.setBrush(content);
+    painter.drawRoundedRect(rounded.rect(), radius, radius);
+    return rounded;
+  }
+
   QDir folder_;
 };
 
