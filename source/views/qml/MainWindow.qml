@@ -4,7 +4,7 @@ import VEK
 
 // The one small main window. It has no frame of the desktop's: it is moved by its background, stays
 // above others, and is as high as its content.
-Window {
+FittedWindow {
     id: window
 
     required property AppStore store
@@ -13,11 +13,7 @@ Window {
     property alias isShowingList: content.isShowingList
 
     width: 240
-    height: strip.height + content.implicitHeight
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    fittingHeight: strip.height + content.implicitHeight
     title: "VEK"
     color: isComposited ? "transparent" : Theme.window
     flags: Qt.Window | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowTitleHint

@@ -1,23 +1,26 @@
 // SPDX-License-Identifier: MIT
-// What the menu's entries do on a real desktop.
+// The main window on a real desktop: what its menu does, and that it grows with what it shows.
 #include <gmock/gmock.h>
 
 #include <fstream>
 
 #include "support/Desktop.hpp"
 #include "support/LocalServices.hpp"
+#include "support/StoredCredentials.hpp"
 
 namespace vek::test {
 namespace {
 
 /// In the main window.
 constexpr Point menuButton{215, 214};
+constexpr Point listButton{25, 214};
+constexpr int listHeight = 181;
 /// Of the window of updates, while it checks.
 constexpr int heightWithoutUpdate = 148;
 
-class Menu : public testing::Test {
+class MainWindow : public testing::Test {
  protected:
-  Menu() {
+  MainWindow() {
     std::ofstream(desktop.folder() / "deployment.json")
         << R"({"backendURL": ")" << services.url() << R"(", "updateFeedURL": ")" << services.url()
         << R"(/updates/feed.json", "updatePublicKey": ")"
@@ -44,16 +47,17 @@ class Menu : public testing::Test {
     auto const geometry = desktop.run({"xdotool", "getwindowgeometry", "--shell", window});
     return std::stoi(geometry.substr(geometry.find("HEIGHT=") + 7));
   }
+  void click(Point window, Point place) { desktop.click({window.x + place.x, window.y + place.y}); }
   void press(std::string const& keys) { static_cast<void>(desktop.run({"xdotool", "key", keys})); }
 
   LocalServices const services{{"--update-version", "9.9"}};
   Desktop desktop;
 };
 
-TEST_F(Menu, ShowsTheAboutPanelAndUpdatesInFrontAndQuits) {
+TEST_F(MainWindow, ItsMenuShowsTheAboutPanelAndUpdatesInFrontAndQuits) {
   auto const vek = desktop.startVek();
   auto const place = desktop.position(inFront("VEK"));
-  desktop.click({place.x + menuButton.x, place.y + menuButton.y});
+  click(place, menuButton);
   // The menu takes the keys once it has come up.
   ASSERT_TRUE(eventually([&] {
     press("Down");
@@ -75,6 +79,22 @@ TEST_F(Menu, ShowsTheAboutPanelAndUpdatesInFrontAndQuits) {
   inFront("VEK");
   press("ctrl+q");
   EXPECT_EQ(vek->wait(), 0) << desktop.log();
+}
+
+TEST_F(MainWindow, GrowsByTheListAndShrinksAgain) {
+  storeCredentials(services, desktop.folder() / "data");
+  auto const vek = desktop.startVek();
+  auto const window = inFront("VEK");
+  auto const place = desktop.position(window);
+  int const closed = height(window);
+  // The button comes with the user, whom the program finds signed in.
+  EXPECT_TRUE(eventually([&] {
+    click(place, listButton);
+    return eventually([&] { return height(window) == closed + listHeight; },
+                      std::chrono::seconds(2));
+  })) << desktop.log();
+  click(place, listButton);
+  EXPECT_TRUE(eventually([&] { return height(window) == closed; }));
 }
 
 }  // namespace
