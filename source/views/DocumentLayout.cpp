@@ -85,8 +85,9 @@ void DocumentLayout::measureNext() {
   auto const next = tops_.size();
   layouts_.resize(blocks_.size());
   auto const& measured = layout(next);
-  bool const isHidden = measured.height() == 0;
-  tops_.push_back(std::round(height() + (isHidden ? 0 : blocks_[next].gapAbove)));
+  // What is hidden has no gap, and neither has the first block that is not.
+  bool const hasGap = measured.height() > 0 && height() > 0;
+  tops_.push_back(std::round(height() + (hasGap ? blocks_[next].gapAbove : 0)));
   heights_.push_back(measured.height());
   sideways_[next] = std::min(sideways_[next], measured.overflow());
 }

@@ -11,6 +11,7 @@
 
 #include "markdown/BlockSequence.hpp"
 #include "markdown/PlainTextBlocks.hpp"
+#include "views/ImageLoader.hpp"
 #include "views/LinkPolicy.hpp"
 
 namespace vek {
@@ -37,6 +38,11 @@ MarkdownPage::MarkdownPage(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAcceptHoverEvents(true);
   setFlag(ItemIsFocusScope, false);
   setActiveFocusOnTab(true);
+  layout_.setImages([this](RawImageData const& image) { return shownImage(image); });
+  connect(&ImageLoader::shared(), &ImageLoader::finished, this, [this] {
+    layout_.imagesChanged();
+    polish();
+  });
   measuring_.setInterval(0);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
@@ -61,7 +67,10 @@ void MarkdownPage::setColors(QVariantMap const& colors) {
   if (colors == colors_) return;
   colors_ = colors;
   layout_.setColors(MarkdownColors::from(colors));
+  // Some images are for one of the schemes only.
+  layout_.imagesChanged();
   Q_EMIT colorsChanged();
+  polish();
   update();
 }
 
@@ -91,6 +100,15 @@ void MarkdownPage::makeDocument() {
   find();
   polish();
   Q_EMIT documentChanged();
+}
+
+ShownImage MarkdownPage::shownImage(RawImageData const& image) const {
+  auto const url = imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
+  auto const other = colors_.value(QStringLiteral("isDark")).toBool()
+                         ? QStringLiteral("gh-light-mode-only")
+                         : QStringLiteral("gh-dark-mode-only");
+  if (url.fragment() == other) return {.isShown = false};
+  return {.image = ImageLoader::shared().image(url)};
 }
 
 void MarkdownPage::geometryChange(QRectF const& now, QRectF const& before) {

@@ -24,6 +24,7 @@ class MarkdownPage : public QQuickPaintedItem {
   Q_PROPERTY(bool isPlain MEMBER isPlain_ WRITE setIsPlain NOTIFY textChanged)
   Q_PROPERTY(QVariantMap colors READ colors WRITE setColors NOTIFY colorsChanged)
   Q_PROPERTY(QUrl baseURL MEMBER baseURL_ NOTIFY baseURLChanged)
+  Q_PROPERTY(QUrl imageBaseURL MEMBER imageBaseURL_ NOTIFY baseURLChanged)
   /// How far the upper edge is below that of the document.
   Q_PROPERTY(qreal scroll READ scroll WRITE setScroll NOTIFY scrollChanged)
   /// How much of the document is to be seen at most.
@@ -101,6 +102,7 @@ class MarkdownPage : public QQuickPaintedItem {
   using Range = std::pair<qsizetype, qsizetype>;
 
   void makeDocument();
+  [[nodiscard]] ShownImage shownImage(RawImageData const& image) const;
   void measured();
   void setSelection(qsizetype anchor, qsizetype cursor);
   void setHoveredLink(QString const& link);
@@ -115,6 +117,7 @@ class MarkdownPage : public QQuickPaintedItem {
   bool isPlain_ = false;
   QVariantMap colors_;
   QUrl baseURL_;
+  QUrl imageBaseURL_;
   qreal scroll_ = 0;
   qreal viewHeight_ = 0;
   qreal documentHeight_ = 0;

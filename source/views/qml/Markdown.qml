@@ -10,6 +10,7 @@ Item {
     property alias text: page.text
     property alias isPlain: page.isPlain
     property alias baseURL: page.baseURL
+    property alias imageBaseURL: page.imageBaseURL
     property alias plainText: page.plainText
     property alias page: page
     property real viewTop: 0

@@ -37,6 +37,7 @@ QtObject {
 
     /// How documents look; the names are those of the document's own styles.
     readonly property var markdown: ({
+        isDark: isDark,
         primary: primary,
         secondary: secondary,
         link: isDark ? "#9da1ff" : "#4f46e5",

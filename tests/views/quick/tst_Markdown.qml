@@ -165,6 +165,18 @@ TestCase {
         if (links.count > 0) compare(links.signalArguments[0][0].toString(), row.leads);
     }
 
+    function test_imagesOfTheOtherSchemeTakeNoRoom() {
+        Theme.isDark = false;
+        show("![light](a.png#gh-light-mode-only)\n\n![dark](a.png#gh-dark-mode-only)\n\nend");
+        verify(page.rectOf("light").height > 0);
+        compare(page.rectOf("dark").height, 0);
+        const end = page.rectOf("end").y;
+        Theme.isDark = true;
+        compare(page.rectOf("light").height, 0);
+        verify(page.rectOf("dark").height > 0);
+        compare(page.rectOf("end").y, end);
+    }
+
     function test_whatIsSearchedIsFoundAndShown() {
         show("First needle.\n\n" + "Text.\n\n".repeat(200) + "Last **NEE**DLE.");
         page.searched = "needle";
