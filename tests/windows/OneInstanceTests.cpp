@@ -90,7 +90,7 @@ TEST_F(OneInstance, WithoutASessionBusTheWindowOpensAndTheLogSaysWhatIsMissing) 
 TEST_F(OneInstance, ItEndsCleanlyWhenToldTo) {
   for (int const signal : {SIGTERM, SIGINT}) {
     auto const vek = desktop.startVek();
-    ASSERT_TRUE(isShown());
+    ASSERT_TRUE(isShown()) << desktop.log();
     vek->signal(signal);
     EXPECT_EQ(vek->wait(), 0) << desktop.log();
     EXPECT_FALSE(desktop.window("VEK"));

@@ -17,6 +17,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

@@ -17,6 +17,7 @@ T.AbstractButton {
     text: qsTr("Menu")
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     onClicked: menu.open()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

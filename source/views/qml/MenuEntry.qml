@@ -15,6 +15,7 @@ T.MenuItem {
     rightPadding: Theme.space2
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    Accessible.onPressAction: if (entry.enabled) entry.clicked()
 
     contentItem: Item {
         Text {

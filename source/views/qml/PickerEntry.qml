@@ -18,6 +18,7 @@ T.ItemDelegate {
     text: modelData
     Accessible.role: Accessible.ListItem
     Accessible.name: text
+    Accessible.onPressAction: if (entry.enabled) entry.clicked()
 
     contentItem: Text {
         text: entry.text

@@ -14,6 +14,7 @@ T.Button {
     hoverEnabled: true
     opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

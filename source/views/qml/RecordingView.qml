@@ -22,6 +22,7 @@ Column {
         scale: down ? 0.95 : 1
         Accessible.role: Accessible.Button
         Accessible.name: text
+        Accessible.onPressAction: if (button.enabled) button.clicked()
         onClicked: view.recordingStore.recordButtonClicked()
         Keys.onReturnPressed: clicked()
         Keys.onEnterPressed: clicked()

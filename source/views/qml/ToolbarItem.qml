@@ -21,6 +21,7 @@ T.AbstractButton {
     checked: isSelected
     Accessible.role: Accessible.PageTab
     Accessible.name: text
+    Accessible.onPressAction: if (item.enabled) item.clicked()
     Accessible.description: modelData.tooltip
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

@@ -25,6 +25,7 @@ T.AbstractButton {
     text: (contentItem as TranscriptCell).description
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
     onClicked: store.openTrasnscript(index)
