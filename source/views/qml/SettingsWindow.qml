@@ -3,24 +3,20 @@ import QtQuick
 import VEK
 
 // A toolbar and the pane that is selected in it. The window is as high as they are.
-Window {
+FittedWindow {
     id: window
 
     required property SettingsWindowController controller
     readonly property var pane: controller.selectedPane
 
     width: 480
-    height: toolbar.height + content.height
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    fittingHeight: toolbar.height + content.height
     title: pane.title
     color: Theme.window
     flags: Qt.Window | Qt.CustomizeWindowHint | Qt.WindowTitleHint | Qt.WindowSystemMenuHint
            | Qt.WindowCloseButtonHint
 
-    Behavior on height {
+    Behavior on fittingHeight {
         enabled: window.visible && !window.controller.initialTabSelection
         NumberAnimation { duration: Theme.smooth; easing.type: Easing.InOutQuad }
     }
