@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <thread>
 
 #include "app/ProgramTests.hpp"
@@ -32,8 +33,10 @@ class ProcessList {
   void look() {
     std::error_code ignored;
     for (auto const& entry : std::filesystem::directory_iterator("/proc", ignored)) {
-      std::ifstream file(entry.path() / "cmdline");
-      std::string line{std::istreambuf_iterator<char>(file), {}};
+      // Read so that a process which ends meanwhile is no error.
+      std::ostringstream words;
+      words << std::ifstream(entry.path() / "cmdline").rdbuf();
+      auto line = words.str();
       std::ranges::replace(line, '\0', ' ');
       if (line.find("vek") != std::string::npos) seen_.insert(std::move(line));
     }
@@ -43,7 +46,7 @@ class ProcessList {
   std::jthread thread_{[this](std::stop_token const& stop) {
     while (!stop.stop_requested()) {
       look();
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
   }};
 };
