@@ -20,6 +20,8 @@ namespace {
 
 /// How long the rest of a document is measured without a look at what the user does.
 constexpr std::chrono::milliseconds slice(8);
+/// Leaves the first frame its time, and those after it.
+constexpr std::chrono::milliseconds betweenSlices(16);
 
 MarkdownEnvironment environment() {
   MarkdownEnvironment environment;
@@ -43,7 +45,7 @@ MarkdownPage::MarkdownPage(QQuickItem* parent) : QQuickPaintedItem(parent) {
     layout_.imagesChanged();
     polish();
   });
-  measuring_.setInterval(0);
+  measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
     measured();
