@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/Desktop.hpp"
 
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -71,6 +72,12 @@ Desktop::Desktop() {
                  {"VEK_DEPLOYMENT_FILE", (folder_ / "deployment.json").string()},
                  {"NO_AT_BRIDGE", "1"}};
   startWindowManager();
+}
+
+Desktop::~Desktop() {
+  // Gently, so that no lock of its display is left behind.
+  server_->signal(SIGTERM);
+  static_cast<void>(server_->wait());
 }
 
 void Desktop::startWindowManager() {

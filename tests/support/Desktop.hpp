@@ -31,6 +31,9 @@ class Desktop {
 
   /// Throws std::runtime_error when it does not come up.
   Desktop();
+  Desktop(Desktop const&) = delete;
+  Desktop& operator=(Desktop const&) = delete;
+  ~Desktop();
 
   /// At the top, with nothing in it but the status area. Throws like the constructor.
   void startPanel();
