@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "records/MarkdownText.hpp"
 #include "services/backend/Figures.hpp"
 #include "services/backend/Sentences.hpp"
 
@@ -91,17 +92,6 @@ bool isCommitment(Sentence const& sentence) {
   return false;
 }
 
-/// Spoken text must not turn into Markdown of its own.
-std::string escaped(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  for (char const c : text) {
-    if (std::string_view("\\`*_[]<>#|~").find(c) != std::string_view::npos) result += '\\';
-    result += c == '\n' || c == '\r' || c == '\t' ? ' ' : c;
-  }
-  return result;
-}
-
 /// The start of the UTF-8 character that the byte at `at` belongs to.
 std::size_t startOfCharacter(std::string_view text, std::size_t at) {
   while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U) --at;
@@ -157,7 +147,7 @@ std::string topics(Frequencies const& frequencies) {
   ranked.resize(std::min(ranked.size(), topicLimit));
   std::string result;
   for (auto const& [word, count] : ranked) {
-    result += fmt::format("{}{}", result.empty() ? "" : ", ", escaped(word));
+    result += fmt::format("{}{}", result.empty() ? "" : ", ", markdownText(word));
   }
   return result;
 }
@@ -167,7 +157,7 @@ void writeTasks(std::string& markdown, std::vector<Sentence> const& sentences) {
   for (auto const& sentence : sentences) {
     if (!isCommitment(sentence)) continue;
     if (count == 0) markdown += "\n## Tasks\n\n";
-    markdown += fmt::format("- [ ] {}\n", escaped(shortened(sentence.text, sentenceLength)));
+    markdown += fmt::format("- [ ] {}\n", markdownText(shortened(sentence.text, sentenceLength)));
     if (++count == listLimit) return;
   }
 }
@@ -180,8 +170,8 @@ void writeFigures(std::string& markdown, std::vector<Sentence> const& sentences)
       if (seen.size() == 1) {
         markdown += "\n## Figures and dates\n\n| What | Kind | Said |\n| --- | --- | --- |\n";
       }
-      markdown += fmt::format("| {} | {} | {} |\n", escaped(figure.text), name(figure.kind),
-                              escaped(shortened(sentence.text, contextLength)));
+      markdown += fmt::format("| {} | {} | {} |\n", markdownText(figure.text), name(figure.kind),
+                              markdownText(shortened(sentence.text, contextLength)));
       if (seen.size() == listLimit) return;
     }
   }
@@ -205,7 +195,7 @@ std::string summary(std::string_view transcript) {
   if (auto const said = topics(counts); !said.empty()) markdown += " **Topics:** " + said + ".";
   markdown += "\n\n## Key points\n\n";
   for (auto const* sentence : keyPoints(all, counts)) {
-    markdown += fmt::format("- {}\n", escaped(shortened(sentence->text, sentenceLength)));
+    markdown += fmt::format("- {}\n", markdownText(shortened(sentence->text, sentenceLength)));
   }
   writeTasks(markdown, all);
   writeFigures(markdown, all);

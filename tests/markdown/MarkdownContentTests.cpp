@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "markdown/InlineText.hpp"
 #include "markdown/MarkdownDocument.hpp"
+#include "records/MarkdownText.hpp"
 
 namespace vek {
 namespace {
@@ -81,6 +83,21 @@ TEST(MarkdownContent, LinesKeepTheirStylesLinksAndBreaks) {
                          Inline::image{"d.png", {text("c")}}, text(" "), Inline::link{"", {}}}}});
   expectTree("www.a.org",
              {Block::paragraph{{Inline::link{"http://www.a.org", {text("www.a.org")}}}}});
+}
+
+TEST(MarkdownContent, PlainTextMadeMarkdownIsAParagraphOfItself) {
+  for (std::string const plain :
+       {"# h", "- [x] a", "+ a", "* a", "12. a", "3) a", "2026. a", "> a", "```", "~~~ a",
+        "===", "---", "_a_ **b** `c` ~d~", "[a](b) ![a](b) [a]: b", "<b>a</b> &amp; &#35;", "a | b",
+        "\\# a", "1.", "5 - 3 = 2. Yes"}) {
+    for (auto const* blanksBefore : {"", "  ", "\t", "      ", "\v \t"}) {
+      auto const content = MarkdownContent(markdownText(blanksBefore + plain + " \r"));
+      ASSERT_EQ(content.blocks.size(), 1U) << plain;
+      auto const* paragraph = std::get_if<Block::paragraph>(&content.blocks[0].value);
+      ASSERT_TRUE(paragraph) << plain;
+      EXPECT_EQ(plainText(paragraph->content), plain);
+    }
+  }
 }
 
 }  // namespace
