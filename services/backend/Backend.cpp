@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "platform/Log.hpp"
 #include "records/CompleteTranscriptDTO.hpp"
 #include "records/CompletedTranscriptDTO.hpp"
@@ -14,7 +16,6 @@
 #include "records/NewTranscriptDTO.hpp"
 #include "records/TranscriptContentDTO.hpp"
 #include "records/UpdateTranscriptDTO.hpp"
-#include "services/backend/Summary.hpp"
 
 namespace vek::services {
 
@@ -23,6 +24,9 @@ namespace {
 constexpr std::string_view base = "/api/v1/agents/";
 /// The path of one transcript goes on with its identifier.
 constexpr std::string_view transcripts = "transcripts/";
+
+/// How many analyses by rules are written at a time.
+constexpr std::size_t groupSize = 256;
 
 Logger const logger("backend");
 
@@ -61,16 +65,12 @@ Refusal noCustomer(UUID id) {
   return {404, fmt::format("There is no customer {}.", id.lowerCaseText())};
 }
 
-/// The text of a failed analysis, which goes to the log too.
-std::string logged(std::exception_ptr const& failure) {
-  std::string text = "The analysis failed.";
+std::string textOf(std::exception_ptr const& failure) {
   try {
     std::rethrow_exception(failure);
   } catch (std::exception const& error) {
-    text = error.what();
+    return error.what();
   }
-  logger.error(text);
-  return text;
 }
 
 template <class Record>
@@ -131,11 +131,24 @@ void Backend::handle(Request request, Reply reply) {
 Backend::Backend(BackendStore& store, Authorization authorization,
                  ChatCompletions::Configuration chat)
     : store_(store), authorization_(std::move(authorization)) {
-  if (!chat.url.empty()) chat_ = std::make_unique<ChatCompletions>(std::move(chat));
+  if (chat.url.empty()) return;
+  queue_ = std::make_unique<AnalysisQueue>(
+      [this](AnalysisQueue::Text const& text, AnalysisQueue::Waiter done) {
+        makeAnalysis(text, std::move(done));
+      });
+  chat_ = std::make_unique<ChatCompletions>(std::move(chat));
+  maker_ = chat_->maker();
+}
+
+Backend::~Backend() {
+  stop();
 }
 
 void Backend::stop() {
+  if (queue_) queue_->stop();
   if (chat_) chat_->stop();
+  std::lock_guard lock(keeping_);
+  keep(std::exchange(unkept_, {}));
 }
 
 UserID Backend::authorized(Request const& request) {
@@ -167,18 +180,16 @@ void Backend::dispatch(Request request, Reply reply) {
   reply(std::move(response));
 }
 
-void Backend::analyse(std::string text, ChatCompletions::Completion done) {
-  if (!chat_) return done(summary(text));
-  if (text.empty()) return done(std::move(text));
-  chat_->analyse(std::move(text), std::move(done));
-}
-
 void Backend::getTranscriptAnalysis(Call& call) {
   auto query = json::decode<AnalysisQuery>(call.request.body);
-  analyse(std::move(query.transcript), [reply =
-                                            std::move(call.reply)](Result<std::string> analysis) {
-    reply(analysis ? answer(analysis.value()) : Response::refusal(502, logged(analysis.error())));
-  });
+  if (!chat_ || query.transcript.empty()) return call.reply(answer(summary(query.transcript)));
+  chat_->analyse(std::move(query.transcript),
+                 [this, reply = std::move(call.reply)](Result<std::string> analysis) {
+                   if (analysis) return reply(answer(analysis.value()));
+                   auto const failure = textOf(analysis.error());
+                   didFail(failure);
+                   reply(Response::refusal(502, failure));
+                 });
 }
 
 void Backend::getCustomers(Call& call) {
@@ -222,8 +233,12 @@ void Backend::completeTranscript(Call& call) {
   auto const id = identifier("transcript_id", body.transcriptID);
   auto const customer = identifier("customer_id", body.customerID);
   if (!store_.hasCustomer(call.user, customer)) throw noCustomer(customer);
-  if (!store_.complete(call.user, id, customer, std::chrono::system_clock::now())) {
-    throw noTranscript(id);
+  using Completion = BackendStore::Completion;
+  auto const completion =
+      store_.complete(call.user, id, customer, std::chrono::system_clock::now());
+  if (completion == Completion::noTranscript) throw noTranscript(id);
+  if (completion == Completion::hasAnotherCustomer) {
+    throw Refusal(409, "The transcript has another customer already.");
   }
   call.reply(answer(CompletedTranscriptDTO{.status = TranscriptionStatusDTO::completed,
                                            .llmAnalysisStatus = "ON_REQUEST"}));
@@ -251,34 +266,77 @@ void Backend::getTranscriptContent(Call& call) {
   auto const id = identifier("transcript_id", query.transcriptID);
   auto text = store_.text(call.user, id);
   if (!text) throw noTranscript(id);
-  if (auto kept = keptAnalysis(id, *text)) {
-    return call.reply(answer(TranscriptContentDTO{std::move(text), std::move(kept)}));
+  auto const reply = [text, reply = std::move(call.reply)](std::optional<std::string> analysis) {
+    // Without an analysis the text is still worth having.
+    reply(answer(TranscriptContentDTO{text, std::move(analysis)}));
+  };
+  if (text->empty()) return reply("");
+  if (auto kept = store_.analysis(id, maker_, text->size())) return reply(std::move(kept));
+  if (chat_) {
+    return queue_->ask({.transcript = id, .size = text->size(), .user = call.user}, reply);
   }
-  // Without an analysis the text is still worth having.
-  analyse(*text, [this, id, text, reply = std::move(call.reply)](Result<std::string> analysis) {
-    if (analysis) {
-      keep(id, *text, analysis.value());
-      reply(answer(TranscriptContentDTO{text, analysis.value()}));
-    } else {
-      logged(analysis.error());
-      reply(answer(TranscriptContentDTO{text, std::nullopt}));
-    }
-  });
+  auto analysis = summary(*text);
+  keepSoon({.transcript = id, .maker = maker_, .textSize = text->size(), .text = analysis});
+  reply(std::move(analysis));
 }
 
-std::optional<std::string> Backend::keptAnalysis(UUID transcript, std::string const& text) {
-  if (!chat_) return std::nullopt;
-  return store_.analysis(transcript, chat_->maker(), text.size());
-}
-
-void Backend::keep(UUID transcript, std::string const& text, std::string const& analysis) {
-  // What the rules make is made anew in less time than it takes to store it.
-  if (!chat_ || text.empty()) return;
+void Backend::makeAnalysis(AnalysisQueue::Text const& wanted, AnalysisQueue::Waiter done) {
+  std::optional<std::string> text;
   try {
-    store_.setAnalysis(transcript, chat_->maker(), text.size(), analysis);
+    // Somebody may have asked just as it was done.
+    auto kept = store_.analysis(wanted.transcript, maker_, wanted.size);
+    if (kept) return done(std::move(kept));
+    text = store_.text(wanted.user, wanted.transcript);
   } catch (DatabaseError const& error) {
-    logger.error(fmt::format("An analysis was not kept: {}", error.what()));
+    didFail(error.what());
   }
+  // It may have grown or gone while it waited.
+  if (!text || text->size() != wanted.size) return done(std::nullopt);
+  chat_->analyse(std::move(*text),
+                 [this, wanted, done = std::move(done)](Result<std::string> analysis) {
+                   if (analysis) {
+                     keep({{.transcript = wanted.transcript,
+                            .maker = maker_,
+                            .textSize = wanted.size,
+                            .text = analysis.value()}});
+                     done(std::move(analysis).value());
+                   } else {
+                     didFail(textOf(analysis.error()));
+                     done(std::nullopt);
+                   }
+                 });
+}
+
+/// To write each by itself would take longer than to make it.
+void Backend::keepSoon(BackendStore::Analysis analysis) {
+  std::vector<BackendStore::Analysis> group;
+  {
+    std::lock_guard lock(keeping_);
+    unkept_.push_back(std::move(analysis));
+    if (unkept_.size() < groupSize) return;
+    group.swap(unkept_);
+  }
+  keep(group);
+}
+
+void Backend::keep(std::vector<BackendStore::Analysis> const& analyses) {
+  try {
+    store_.setAnalyses(analyses);
+  } catch (DatabaseError const& error) {
+    didFail(fmt::format("Analyses were not kept: {}", error.what()));
+  }
+}
+
+/// An endpoint that fails does so for each text of a list: the log says it once a minute.
+void Backend::didFail(std::string const& failure) {
+  auto const now = AnalysisQueue::Clock::now();
+  {
+    std::lock_guard lock(failing_);
+    auto const [logged, isNew] = lastLogged_.try_emplace(failure, now);
+    if (!isNew && now - logged->second < std::chrono::minutes(1)) return;
+    logged->second = now;
+  }
+  logger.error(failure);
 }
 
 }  // namespace vek::services

@@ -2,12 +2,18 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "services/backend/AnalysisQueue.hpp"
 #include "services/backend/BackendStore.hpp"
 #include "services/backend/ChatCompletions.hpp"
+#include "services/backend/Summary.hpp"
 #include "services/support/HTTPMessage.hpp"
 
 namespace vek::services {
@@ -22,11 +28,16 @@ class Backend {
   /// The store outlives the backend. With a chat-completions endpoint the analyses come from
   /// there, otherwise they are made by rules.
   Backend(BackendStore& store, Authorization authorization, ChatCompletions::Configuration chat);
+  Backend(Backend const&) = delete;
+  Backend& operator=(Backend const&) = delete;
+  /// Stops.
+  ~Backend();
 
   /// Answers one request. Any thread.
   void handle(Request request, Reply reply);
 
-  /// Answers at once what waits for a chat-completions endpoint, now and later.
+  /// Answers at once what waits for a chat-completions endpoint, now and later, and writes what is
+  /// not written yet.
   void stop();
 
  private:
@@ -53,12 +64,22 @@ class Backend {
   void getAllTranscriptsMetadata(Call& call);
   void getTranscriptContent(Call& call);
 
-  void analyse(std::string text, ChatCompletions::Completion done);
-  std::optional<std::string> keptAnalysis(UUID transcript, std::string const& text);
-  void keep(UUID transcript, std::string const& text, std::string const& analysis);
+  /// Has one made by the chat-completions endpoint and keeps it.
+  void makeAnalysis(AnalysisQueue::Text const& wanted, AnalysisQueue::Waiter done);
+  void keepSoon(BackendStore::Analysis analysis);
+  void keep(std::vector<BackendStore::Analysis> const& analyses);
+  void didFail(std::string const& failure);
 
   BackendStore& store_;
   Authorization const authorization_;
+  /// Who makes the analyses.
+  std::string maker_{summaryMaker};
+  std::mutex keeping_;
+  /// Made by rules and not written yet. If they are lost, they are made again.
+  std::vector<BackendStore::Analysis> unkept_;
+  std::mutex failing_;
+  std::map<std::string, AnalysisQueue::Clock::time_point> lastLogged_;
+  std::unique_ptr<AnalysisQueue> queue_;
   // The last member, so that what is under way ends before the rest goes.
   std::unique_ptr<ChatCompletions> chat_;
 };

@@ -138,13 +138,19 @@ bool BackendStore::append(UserID user, UUID transcript, std::string_view added, 
   return true;
 }
 
-bool BackendStore::complete(UserID user, UUID transcript, UUID customer, Date now) {
+BackendStore::Completion BackendStore::complete(UserID user, UUID transcript, UUID customer,
+                                                Date now) {
   std::lock_guard lock(writing_);
-  return writer_.run(
-             "UPDATE transcripts SET customer = ?3, modified = ?4, status = ?5 "
-             "WHERE user = ?1 AND id = ?2",
-             std::int64_t(user), transcript.lowerCaseText(), customer.lowerCaseText(), seconds(now),
-             statusText(TranscriptionStatusDTO::completed)) > 0;
+  auto const id = transcript.lowerCaseText();
+  auto const wanted = customer.lowerCaseText();
+  int const completed = writer_.run(
+      "UPDATE transcripts SET customer = ?3, modified = ?4, status = ?5 "
+      "WHERE user = ?1 AND id = ?2 AND coalesce(customer, ?3) = ?3",
+      std::int64_t(user), id, wanted, seconds(now), statusText(TranscriptionStatusDTO::completed));
+  if (completed > 0) return Completion::done;
+  auto known = writer_.query("SELECT 1 FROM transcripts WHERE user = ?1 AND id = ?2",
+                             std::int64_t(user), id);
+  return known.next() ? Completion::hasAnotherCustomer : Completion::noTranscript;
 }
 
 bool BackendStore::remove(UserID user, UUID transcript) {
@@ -178,13 +184,17 @@ std::optional<std::string> BackendStore::analysis(UUID transcript, std::string_v
   return std::string(rows.text(0));
 }
 
-void BackendStore::setAnalysis(UUID transcript, std::string_view maker, std::size_t textSize,
-                               std::string_view analysis) {
+void BackendStore::setAnalyses(std::vector<Analysis> const& analyses) {
   std::lock_guard lock(writing_);
-  writer_.run(
-      "INSERT OR REPLACE INTO analyses (transcript, maker, size, text) "
-      "SELECT key, ?2, ?3, ?4 FROM transcripts WHERE id = ?1",
-      transcript.lowerCaseText(), maker, std::int64_t(textSize), analysis);
+  Transaction transaction(writer_);
+  for (auto const& analysis : analyses) {
+    writer_.run(
+        "INSERT OR REPLACE INTO analyses (transcript, maker, size, text) "
+        "SELECT key, ?2, ?3, ?4 FROM transcripts WHERE id = ?1",
+        analysis.transcript.lowerCaseText(), analysis.maker, std::int64_t(analysis.textSize),
+        analysis.text);
+  }
+  transaction.commit();
 }
 
 std::vector<TranscriptDTO> BackendStore::transcripts(UserID user, std::optional<UUID> customer,

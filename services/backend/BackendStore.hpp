@@ -56,16 +56,25 @@ class BackendStore {
   // Of these each returns false, or nothing, when the user has no such transcript.
 
   bool append(UserID user, UUID transcript, std::string_view text, Date now);
-  bool complete(UserID user, UUID transcript, UUID customer, Date now);
   bool remove(UserID user, UUID transcript);
   std::optional<std::string> text(UserID user, UUID transcript);
 
-  /// The analysis that `setAnalysis` kept, if it is by this maker and of a text of this size. As
-  /// texts only grow, that is the same text.
+  enum class Completion : std::uint8_t { done, noTranscript, hasAnotherCustomer };
+  /// Of a customer that was set no other takes the place.
+  Completion complete(UserID user, UUID transcript, UUID customer, Date now);
+
+  struct Analysis {
+    UUID transcript;
+    std::string maker;
+    std::size_t textSize = 0;
+    std::string text;
+  };
+  /// Keeps analyses, one a transcript, in one go.
+  void setAnalyses(std::vector<Analysis> const& analyses);
+  /// The analysis that was kept, if it is by this maker and of a text of this size. As texts only
+  /// grow, that is the same text.
   std::optional<std::string> analysis(UUID transcript, std::string_view maker,
                                       std::size_t textSize);
-  void setAnalysis(UUID transcript, std::string_view maker, std::size_t textSize,
-                   std::string_view analysis);
 
   // Newest first. A list is read in pages, between which others read and write.
 

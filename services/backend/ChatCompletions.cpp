@@ -12,8 +12,10 @@ namespace vek::services {
 
 namespace {
 
-constexpr std::size_t runningLimit = 16;
+constexpr std::size_t runningLimit = 32;
 
+/// Rises with each change of the instructions.
+constexpr int instructionsVersion = 1;
 constexpr char instructions[] =
     "You are given the transcript of a conversation. Summarise it in Markdown: a short paragraph, "
     "the key points as bullets, the commitments that were made as a task list, and the figures "
@@ -63,6 +65,11 @@ ChatCompletions::ChatCompletions(Configuration configuration)
 
 ChatCompletions::~ChatCompletions() {
   stop();
+}
+
+std::string ChatCompletions::maker() const {
+  return fmt::format("{} at {}, instructions {}", configuration_.model, configuration_.url,
+                     instructionsVersion);
 }
 
 void ChatCompletions::stop() {

@@ -38,10 +38,8 @@ class ChatCompletions {
   /// Stops.
   ~ChatCompletions();
 
-  /// Who makes the analyses: endpoint and model.
-  [[nodiscard]] std::string maker() const {
-    return configuration_.model + " at " + configuration_.url;
-  }
+  /// Who makes the analyses: model, endpoint and what it is told to do.
+  [[nodiscard]] std::string maker() const;
 
   /// Has the transcript analysed and calls `done` with the Markdown or the error, on a thread of
   /// its own, which waits for `done`. Any thread may call.

@@ -138,7 +138,25 @@ TEST_F(Chat, MakesTheAnalysisOnceForEachText) {
   EXPECT_EQ(endpoint.count, 2);
 }
 
-TEST_F(Chat, AFailureIsAnswered502AndLeavesTheTextReadable) {
+TEST_F(Chat, AListOfManyGetsAllItsAnalysesAndEachIsMadeOnce) {
+  endpoint.answer(200, good);
+  constexpr int count = 20;
+  std::vector<std::string> transcripts;
+  for (int i = 0; i < count; ++i) client.append(transcripts.emplace_back(client.create()), "words");
+  std::atomic<int> analysed = 0;
+  std::vector<std::jthread> fetches;
+  for (int i = 0; i < 2 * count; ++i) {
+    fetches.emplace_back([this, id = transcripts[std::size_t(i / 2)], &analysed] {
+      auto const content = BackendClient(services).content(id).as<TranscriptContentDTO>();
+      if (content.analysis == "# Hi") ++analysed;
+    });
+  }
+  fetches.clear();
+  EXPECT_EQ(analysed, 2 * count);
+  EXPECT_EQ(endpoint.count, count);
+}
+
+TEST_F(Chat, AFailureIsAnswered502AndLoggedOnceAndLeavesTheTextReadable) {
   auto const transcript = client.create();
   client.append(transcript, "words");
   struct Case {
@@ -157,6 +175,11 @@ TEST_F(Chat, AFailureIsAnswered502AndLeavesTheTextReadable) {
     EXPECT_EQ(content.transcript, "words");
     EXPECT_EQ(content.analysis, std::nullopt);
   }
+  // It befalls every text of a list.
+  auto const log = services.log();
+  auto const line = log.find("answered 500");
+  EXPECT_NE(line, std::string::npos);
+  EXPECT_EQ(log.find("answered 500", line + 1), std::string::npos);
 }
 
 TEST_F(Chat, ASlowAnswerKeepsNoOtherRequestWaitingNorTheEnd) {

@@ -128,9 +128,34 @@ TEST_F(Endpoints, TheAnalysisOfATextIsAnsweredAsText) {
   EXPECT_EQ(*client.content(client.create()).as<TranscriptContentDTO>().analysis, "");
 }
 
+TEST_F(Endpoints, AnAnalysisIsKeptUntilItsRulesOrItsTextChange) {
+  LocalServices own;
+  BackendClient me(own);
+  auto const id = me.create();
+  me.append(id, "I will call.");
+  auto const analysis = [&] { return *me.content(id).as<TranscriptContentDTO>().analysis; };
+  auto const change = [&](char const* script) {
+    EXPECT_EQ(own.stop(), 0);
+    execute(own.folder() / "backend.sqlite", script);
+    own.start();
+  };
+  auto const made = analysis();
+  change("UPDATE analyses SET text = 'kept'");
+  EXPECT_EQ(analysis(), "kept");
+  change("UPDATE analyses SET maker = 'rules 0'");
+  EXPECT_EQ(analysis(), made);
+  me.append(id, " I will write.");
+  EXPECT_THAT(analysis(), HasSubstr("I will write."));
+}
+
 TEST_F(Endpoints, RefuseWhatTheyCanNotDoWithAMessage) {
   auto const known = client.create();
   auto const owner = customer(client, 0).id.lowerCaseText();
+  auto const other = customer(client, 1).id.lowerCaseText();
+  auto const assigned = client.create();
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(client.post("completeMeetingTranscript", completion(assigned, owner)).status, 200);
+  }
   struct Case {
     char const* method;
     std::string path;
@@ -159,6 +184,8 @@ TEST_F(Endpoints, RefuseWhatTheyCanNotDoWithAMessage) {
       {"POST", "appendMeetingTranscript", "{\"transcript\": \"\xFF\"}", 400, "JSON"},
       {"POST", "completeMeetingTranscript", completion(unknownID, owner), 404, "no transcript"},
       {"POST", "completeMeetingTranscript", completion(known, unknownID), 404, "no customer"},
+      {"POST", "completeMeetingTranscript", completion(assigned, other), 409,
+       "The transcript has another customer already."},
       {"POST", "getTranscriptContent", completion(unknownID, owner), 404, "no transcript"},
       {"POST", "getTranscriptAnalysis", "{\"transcript\": ", 400, "JSON"},
       {"GET", "transcripts?customer_id=", "", 400, "customer_id is no identifier."},

@@ -89,11 +89,11 @@ TEST_F(Store, TextsHoldAnyCharacterAndMayBeEmpty) {
 
 TEST_F(Store, AnAnalysisHoldsForTheTextItWasMadeOf) {
   auto const transcript = made();
-  store.setAnalysis(transcript.id, "maker", 10, "# One");
+  store.setAnalyses({{transcript.id, "maker", 10, "# One"}});
   EXPECT_EQ(store.analysis(transcript.id, "maker", 10), "# One");
   EXPECT_EQ(store.analysis(transcript.id, "maker", 11), std::nullopt);
   EXPECT_EQ(store.analysis(transcript.id, "another", 10), std::nullopt);
-  store.setAnalysis(transcript.id, "maker", 11, "# Two");
+  store.setAnalyses({{transcript.id, "maker", 11, "# Two"}});
   EXPECT_EQ(store.analysis(transcript.id, "maker", 11), "# Two");
   store.remove(user, transcript.id);
   EXPECT_EQ(store.analysis(transcript.id, "maker", 11), std::nullopt);
