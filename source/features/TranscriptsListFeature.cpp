@@ -25,6 +25,10 @@ using Sender = Send<Action>;
 /// How many fetches are started in one piece of the main thread's work.
 constexpr std::size_t groupSize = 64;
 
+using Child = TranscriptFeature;
+using ChildAction = IdentifiedAction<UUID, Child::Action>::element;
+using ChildFact = Child::DelegateAction::didUpdateTranscript;
+
 Action internal(InternalAction action) {
   return Action::internal{std::move(action)};
 }
@@ -46,6 +50,15 @@ void removeRepeated(std::vector<Row>& rows) {
                   "out for later ones.",
                   rows.size() - kept, rows.size()));
   rows.resize(kept);
+}
+
+/// Shows what an open transcript tells of itself. The rest of what it does is its own.
+void reduceDelegate(TranscriptsListFeature::State& state, Child::Action const& action) {
+  auto const* inner = std::get_if<Child::Action::internal>(&action.value);
+  if (!inner) return;
+  auto const* told = std::get_if<Child::InternalAction::delegate>(&inner->action.value);
+  if (!told) return;
+  match(told->action, [&](ChildFact const& fact) { state.transcripts.set(fact.transcript); });
 }
 
 struct Lists {
@@ -102,12 +115,7 @@ Effect<Action> TranscriptsListFeature::List::reduce(State& state, Action const& 
         return Effect<Action>::none();
       },
       [&](Action::transcript const& child) {
-        using Child = TranscriptFeature;
-        auto const& childAction = std::get<0>(child.action.value).action;
-        auto const* inner = std::get_if<Child::Action::internal>(&childAction.value);
-        auto const* fact =
-            inner ? std::get_if<Child::InternalAction::delegate>(&inner->action.value) : nullptr;
-        if (fact) state.transcripts.set(std::get<0>(fact->action.value).transcript);
+        match(child.action, [&](ChildAction const& each) { reduceDelegate(state, each.action); });
         return Effect<Action>::none();
       },
       [&](Action::internal const& internal) { return reduceInternal(state, internal.action); },

@@ -156,13 +156,31 @@ TEST_F(TranscriptFeatureTests, ARefetchReplacesWhatComesAndKeepsATextThatWasTher
         if (!hadText) expectFailure(store, &Transcript::textState);
         expectFailure(store, &Transcript::analysisState);
       } else {
-        contents.answer({.transcript = "said again"});
+        auto const* again = hadText ? "# Analysis again" : "";
+        contents.answer({.transcript = "said again",
+                         .analysis = hadText ? std::optional<std::string>(again) : std::nullopt});
         expectText(store, content("said again"));
-        expectAnalysis(store, content(""));
+        expectAnalysis(store, content(again));
         // What is missing now counts as an empty analysis, which is not asked for.
         store.send(Action::transcriptDidAppear{});
       }
     }
+  }
+}
+
+TEST_F(TranscriptFeatureTests, OfTwoRefetchesAtOnceTheLaterAnswerCounts) {
+  TestStore<Feature> store(opened(content("said"), Content::loading{}), dependencies());
+  for (int i = 0; i < 2; ++i) {
+    store.send(Action::refetchContentButtonClicked{});
+    expectTold(store);
+  }
+  test::runMainQueue();
+  ASSERT_EQ(contents.waiting(), 2U);
+  for (auto const* words : {"first", "second"}) {
+    contents.answer({.transcript = words, .analysis = "# Analysis"});
+    expectText(store, content(words));
+    // Of the second it is the same: nothing changes, and it is told all the same.
+    expectAnalysis(store, content("# Analysis"));
   }
 }
 

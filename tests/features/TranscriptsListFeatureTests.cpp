@@ -4,6 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <map>
+
 #include "support/PendingCalls.hpp"
 #include "support/Reports.hpp"
 #include "support/TestStore.hpp"
@@ -32,11 +36,12 @@ Action told(Transcript const& transcript) {
                                   Child::DelegateAction::didUpdateTranscript{transcript}}});
 }
 
-/// Rows of a list, newest last.
+/// Rows of a list in no order, the newest in their midst. `count` is no multiple of 5.
 std::vector<TranscriptMetadataDTO> rows(int count) {
   std::vector<TranscriptMetadataDTO> result;
-  for (int i = 0; i < count; ++i)
-    result.push_back({.id = UUID::random(), .createdOn = Date(i * 1s)});
+  for (int i = 0; i < count; ++i) {
+    result.push_back({.id = UUID::random(), .createdOn = Date((i * 5 + 3) % count * 1s)});
+  }
   return result;
 }
 
@@ -70,23 +75,39 @@ class TranscriptsListFeatureTests : public testing::Test {
     for (auto const& customer : answer) result.set(Customer::from(customer));
     return result;
   }
-  /// What the list shows of rows that came newest last.
-  static IdentifiedArray<Transcript> loading(std::vector<TranscriptMetadataDTO> const& answer) {
+  /// What the list shows of these rows.
+  static IdentifiedArray<Transcript> loading(std::vector<TranscriptMetadataDTO> answer) {
+    std::map<Date, TranscriptMetadataDTO, std::greater<>> newestFirst;
+    for (auto& row : answer) newestFirst.emplace(row.createdOn, std::move(row));
     IdentifiedArray<Transcript> result;
-    for (auto row = answer.rbegin(); row != answer.rend(); ++row) {
-      auto transcript = Transcript::from(*row);
+    for (auto const& [date, row] : newestFirst) {
+      auto transcript = Transcript::from(row);
       transcript.textState = transcript.analysisState = Content::loading{};
       result.set(transcript);
     }
     return result;
   }
+  /// A list with two open windows that failed to load anew.
   [[nodiscard]] State loaded() const {
-    return {.transcripts = loading(metadata), .customers = list(customers)};
+    State state{.transcripts = loading(metadata),
+                .customers = list(customers),
+                .error = ErrorObject(std::make_exception_ptr(std::runtime_error("old")))};
+    for (std::size_t const i : {5U, 7U}) {
+      state.openedTranscripts.set(
+          {.transcript = state.transcripts[i], .customers = state.customers});
+    }
+    return state;
   }
 
   void setUp(TestStore<Feature>& store) {
     store.send(Action::setUp{}, [](State& state) { state.isLoading = true; });
     test::runMainQueue();
+  }
+  static void logOut(TestStore<Feature>& store) {
+    store.send(Action::logOut{}, [](State& state) {
+      state.transcripts = {};
+      state.customers = {};
+    });
   }
   void receiveLists(TestStore<Feature>& store) {
     customerCalls.answer(customers);
@@ -102,12 +123,16 @@ class TranscriptsListFeatureTests : public testing::Test {
 };
 
 TEST_F(TranscriptsListFeatureTests, EachTranscriptSettlesByItself) {
-  TestStore<Feature> store({}, dependencies());
+  auto state = loaded();
+  state.transcripts = {};
+  state.customers = {};
+  TestStore<Feature> store(state, dependencies());
   setUp(store);
   receiveLists(store);
   // All at once, newest first.
   ASSERT_EQ(contentCalls.waiting(), metadata.size());
-  EXPECT_EQ(fetched.front(), metadata.back().id);
+  auto const& shown = store.state().transcripts;
+  for (std::size_t i = 0; i < fetched.size(); ++i) EXPECT_EQ(fetched[i], shown[i].id);
   for (std::size_t i = 0; i < fetched.size(); ++i) {
     auto const id = fetched[i];
     if (i % 7 == 0) {
@@ -123,25 +148,22 @@ TEST_F(TranscriptsListFeatureTests, EachTranscriptSettlesByItself) {
     }
     TranscriptContentDTO answer;
     if (i > 1) answer.transcript = "said";
+    if (i > 2) answer.analysis = "# Analysis";
     contentCalls.answer(answer);
     store.receive(internal(Internal::setTranscriptContent{id, TranscriptContent::from(answer)}),
                   [&](State& state) {
                     state.transcripts.update(id, [&](Transcript& transcript) {
                       transcript.textState = Content::content{answer.transcript.value_or("")};
-                      transcript.analysisState = Content::content{};
+                      transcript.analysisState = Content::content{answer.analysis.value_or("")};
                     });
                   });
   }
-  EXPECT_FALSE(store.state().error);
 
   // A second time all are loading again.
   setUp(store);
   receiveLists(store);
   EXPECT_EQ(contentCalls.waiting(), metadata.size());
-  store.send(Action::logOut{}, [](State& state) {
-    state.transcripts = {};
-    state.customers = {};
-  });
+  logOut(store);
   auto const late = fetched[metadata.size()];
   contentCalls.answer({.transcript = "late"});
   store.receive(internal(
@@ -153,19 +175,21 @@ TEST_F(TranscriptsListFeatureTests, EachTranscriptSettlesByItself) {
 }
 
 TEST_F(TranscriptsListFeatureTests, AFailedListKeepsWhatIsShownAndCanBeAskedForAgain) {
+  enum class List { isPending, came, fails };
   struct Row {
     bool customersFail;
-    bool metadataFails;
+    List list;
     char const* error;
   };
-  for (auto const& [customersFail, metadataFails, error] :
-       {Row{true, false, "no customers"}, Row{false, true, "no list"},
-        Row{true, true, "no customers"}}) {
-    SCOPED_TRACE(testing::Message() << customersFail << metadataFails);
+  for (auto const& [customersFail, listCall, error] :
+       {Row{true, List::isPending, "no customers"}, Row{true, List::came, "no customers"},
+        Row{false, List::fails, "no list"}, Row{true, List::fails, "no customers"}}) {
+    SCOPED_TRACE(testing::Message() << customersFail << static_cast<int>(listCall));
     TestStore<Feature> store(loaded(), dependencies());
     setUp(store);
     auto const cancelledBefore = metadataCalls.cancelled();
-    if (metadataFails) metadataCalls.fail("no list");
+    if (listCall == List::fails) metadataCalls.fail("no list");
+    if (listCall == List::came) metadataCalls.answer(metadata);
     test::runMainQueue();
     customersFail ? customerCalls.fail("no customers") : customerCalls.answer(customers);
     store.receive(internal(Internal::setIsLoading{false}),
@@ -174,8 +198,9 @@ TEST_F(TranscriptsListFeatureTests, AFailedListKeepsWhatIsShownAndCanBeAskedForA
       state.error = std::get<Internal::setError>(received.action.value).error;
       EXPECT_EQ(state.error->localizedDescription(), error);
     });
-    EXPECT_EQ(metadataCalls.cancelled() - cancelledBefore, metadataFails ? 0 : 1);
-    if (!metadataFails) metadataCalls.fail("nobody waits");
+    bool const isPending = listCall == List::isPending;
+    EXPECT_EQ(metadataCalls.cancelled() - cancelledBefore, isPending ? 1 : 0);
+    if (isPending) metadataCalls.fail("nobody waits");
 
     store.send(Action::refetchContentButtonClicked{}, [](State& state) { state.error.reset(); });
     store.receive(Action::setUp{}, [](State& state) { state.isLoading = true; });
@@ -189,6 +214,15 @@ TEST_F(TranscriptsListFeatureTests, AFailedListKeepsWhatIsShownAndCanBeAskedForA
     store.receive(internal(Internal::setIsLoading{false}),
                   [](State& state) { state.isLoading = false; });
   }
+}
+
+TEST_F(TranscriptsListFeatureTests, ALogoutStopsNoListThatIsBeingFetched) {
+  TestStore<Feature> store(loaded(), dependencies());
+  auto const task = store.send(Action::setUp{}, [](State& state) { state.isLoading = true; });
+  test::runMainQueue();
+  logOut(store);
+  receiveLists(store);
+  task.cancel();
 }
 
 TEST_F(TranscriptsListFeatureTests, OfRowsWithOneIdentifierTheLaterWinsAndTheLogSaysSoOnce) {
@@ -228,12 +262,13 @@ TEST_F(TranscriptsListFeatureTests, OfTwoLoadsAtOnceTheLastAnswerCounts) {
   EXPECT_EQ(customerCalls.waiting(), 2U);
   receiveLists(store);
   auto const first = fetched.front();
+  auto const newest = *std::ranges::max_element(metadata, {}, &TranscriptMetadataDTO::createdOn);
   customerCalls.answer({});
-  metadataCalls.answer({metadata.back()});
+  metadataCalls.answer({newest});
   store.receive(internal(Internal::didFetchCustomers{}),
                 [](State& state) { state.customers = {}; });
-  store.receive(internal(Internal::didFetchTranscriptsMetadata{{metadata.back()}}),
-                [&](State& state) { state.transcripts = loading({metadata.back()}); });
+  store.receive(internal(Internal::didFetchTranscriptsMetadata{{newest}}),
+                [&](State& state) { state.transcripts = loading({newest}); });
   store.receive(internal(Internal::setIsLoading{false}));
   test::runMainQueue();
   // Those of the first load still come, and change what the second left.
@@ -281,7 +316,8 @@ TEST_F(TranscriptsListFeatureTests, AnOpenTranscriptIsACopyThatTellsTheListItsCh
   ASSERT_EQ(contentCalls.waiting(), 1U);
 
   // What a closed window waits for is stopped, and nothing of it arrives.
-  store.send(Action::closeTranscript{id}, [](State& state) { state.openedTranscripts = {}; });
+  store.send(Action::closeTranscript{id},
+             [&](State& state) { state.openedTranscripts.remove(id); });
   EXPECT_EQ(contentCalls.cancelled(), 1);
   contentCalls.answer({.transcript = "late"});
   store.finish();
