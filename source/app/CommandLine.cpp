@@ -113,7 +113,7 @@ struct Grammar {
         ->add_option("--text", transcripts.text, "Those only that have this in their text")
         ->type_name("WORDS");
     watchCommand->add_option("--every", pause, "Look again after so many seconds; 30 unless told")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(0.1, 86'400.0))
         ->type_name("SECONDS");
   }
 

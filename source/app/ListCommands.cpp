@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <fmt/format.h>
-#include <boost/algorithm/string/predicate.hpp>
 #include <boost/json/array.hpp>
 #include <boost/json/serialize.hpp>
 
@@ -12,6 +11,7 @@
 #include "app/ReportedErrors.hpp"
 #include "app/TranscriptText.hpp"
 #include "app/TranscriptsSession.hpp"
+#include "records/CaseFolding.hpp"
 
 namespace vek {
 
@@ -19,35 +19,43 @@ namespace {
 
 using ListState = TranscriptsListFeature::State;
 
-bool hasText(Transcript const& transcript, std::string const& text) {
+bool hasText(Transcript const& transcript, std::string const& foldedText) {
   auto const* content = transcript.textState.as<TranscriptContentState::content>();
-  return text.empty() || (content && boost::algorithm::icontains(content->text.string(), text));
+  return foldedText.empty() ||
+         (content && caseFolded(content->text.string()).find(foldedText) != std::string::npos);
 }
 
 std::vector<Transcript> chosen(CommandLine::Transcripts const& options,
                                TranscriptsSession const& session) {
   std::optional<UUID> customer;
   if (options.customer) customer = session.customer(*options.customer).id;
+  auto const text = caseFolded(options.text);
   std::vector<Transcript> result;
   for (auto const& transcript : session.state().transcripts) {
     if (customer && transcript.customerID != customer) continue;
     if (options.withoutCustomer && transcript.customerID) continue;
-    if (hasText(transcript, options.text)) result.push_back(transcript);
+    if (hasText(transcript, text)) result.push_back(transcript);
   }
   return result;
 }
 
+/// A line for each row, or for programs all of them in one.
+template <class Rows, class Line, class Object>
+void printRows(Rows const& rows, bool asJSON, Terminal& terminal, Line line, Object object) {
+  boost::json::array objects;
+  for (auto const& row : rows) {
+    asJSON ? objects.push_back(object(row)) : terminal.printLine(line(row));
+  }
+  if (asJSON) terminal.printLine(boost::json::serialize(objects));
+}
+
 void print(std::vector<Transcript> const& transcripts, ListState const& state, bool asJSON,
            Terminal& terminal) {
-  boost::json::array rows;
-  for (auto const& transcript : transcripts) {
-    if (asJSON) {
-      rows.push_back(object(transcript, state.customers));
-    } else {
-      terminal.printLine(row(transcript, state.customers));
-    }
-  }
-  if (asJSON) return terminal.printLine(boost::json::serialize(rows));
+  printRows(
+      transcripts, asJSON, terminal,
+      [&](Transcript const& transcript) { return row(transcript, state.customers); },
+      [&](Transcript const& transcript) { return object(transcript, state.customers); });
+  if (asJSON) return;
   if (state.transcripts.empty()) {
     terminal.printMessage("There are no transcripts yet.");
   } else if (transcripts.empty()) {
@@ -83,15 +91,13 @@ int listCustomers(bool asJSON, Terminal& terminal, Signals& signals) {
   return reportingErrors(terminal, [&] {
     TranscriptsSession session(signals);
     session.loadLists();
-    boost::json::array rows;
-    for (auto const& [id, name] : session.state().customers) {
-      if (asJSON) {
-        rows.push_back({{"customer_id", id.lowerCaseText()}, {"customer_name", name}});
-      } else {
-        terminal.printLine(id.lowerCaseText() + "  " + name);
-      }
-    }
-    if (asJSON) terminal.printLine(boost::json::serialize(rows));
+    printRows(
+        session.state().customers, asJSON, terminal,
+        [](Customer const& customer) { return customer.id.lowerCaseText() + "  " + customer.name; },
+        [](Customer const& customer) {
+          return boost::json::object{{"customer_id", customer.id.lowerCaseText()},
+                                     {"customer_name", customer.name}};
+        });
   });
 }
 

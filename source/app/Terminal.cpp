@@ -2,6 +2,7 @@
 #include "app/Terminal.hpp"
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -77,8 +78,22 @@ Terminal::Terminal(std::FILE* output, std::FILE* messages)
     : output_(output), messages_(messages), showsChanges_(isTerminal(messages)) {}
 
 void Terminal::printLine(std::string_view line) {
+  writeLine(printable(line));
+}
+
+void Terminal::printText(std::string_view text) {
+  isatty(fileno(output_)) != 0 ? printLine(text) : writeLine(text);
+}
+
+void Terminal::writeLine(std::string_view line) {
   clearChanging();
-  if (!write(output_, printable(line) + "\n")) hasLostOutput_ = true;
+  if (!write(output_, line) || !write(output_, "\n")) hasLostOutput_ = true;
+}
+
+bool Terminal::hasReader() const {
+  pollfd output{.fd = fileno(output_), .events = 0, .revents = 0};
+  bool const isAbandoned = poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
+  return !hasLostOutput_ && !isAbandoned;
 }
 
 void Terminal::printMessage(std::string_view line) {

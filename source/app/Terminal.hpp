@@ -25,6 +25,8 @@ class Terminal {
 
   /// Writes a line of results.
   void printLine(std::string_view line);
+  /// Writes a text for others to keep: as it is, but where a terminal would obey it.
+  void printText(std::string_view text);
   /// Writes a line that is no result.
   void printMessage(std::string_view line);
   void printError(std::string_view line);
@@ -35,8 +37,12 @@ class Terminal {
 
   /// Results could not be written: the disk is full, or nobody reads the pipe any more.
   [[nodiscard]] bool hasLostOutput() const { return hasLostOutput_; }
+  /// Somebody may still read results.
+  [[nodiscard]] bool hasReader() const;
 
  private:
+  void writeLine(std::string_view line);
+
   std::FILE* output_;
   std::FILE* messages_;
   bool showsChanges_;

@@ -94,7 +94,7 @@ int exportTranscript(CommandLine::Export const& options, bool asJSON, Terminal& 
     session.loadLists();
     auto const transcript = fetched(session.transcript(options.id), session);
     auto const format = asJSON ? CommandLine::Export::Format::json : options.format;
-    terminal.printLine(exported(transcript, session.state().customers, format));
+    terminal.printText(exported(transcript, session.state().customers, format));
   });
 }
 

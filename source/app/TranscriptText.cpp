@@ -5,9 +5,12 @@
 #include <fmt/format.h>
 #include <boost/json/serialize.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <string_view>
+
+#include "records/MarkdownText.hpp"
 
 namespace vek {
 
@@ -23,11 +26,23 @@ std::string utcTime(Date date) {
                      fmt::gmtime(std::chrono::system_clock::to_time_t(date)));
 }
 
+/// Each line as a paragraph of its own.
+std::string paragraphs(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    auto const end = std::min(text.find_first_of("\r\n"), text.size());
+    auto const line = markdownText(text.substr(0, end));
+    if (!line.empty()) result += (result.empty() ? "" : "\n\n") + line;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return result;
+}
+
 std::string markdown(Transcript const& transcript, Customers const& customers) {
   auto text = fmt::format("# Conversation of {}\n", localTime(transcript.startDate));
   auto const customer = customerName(transcript, customers);
-  if (!customer.empty()) text += "\nCustomer: " + asMarkdown(customer) + "\n";
-  text += "\n## Transcript\n\n" + asMarkdown(fetchedText(transcript.textState)) + "\n";
+  if (!customer.empty()) text += "\nCustomer: " + markdownText(customer) + "\n";
+  text += "\n## Transcript\n\n" + paragraphs(fetchedText(transcript.textState)) + "\n";
   // It is Markdown already.
   auto const& analysis = fetchedText(transcript.analysisState);
   return analysis.empty() ? text : text + "\n## Analysis\n\n" + analysis;
@@ -82,27 +97,6 @@ std::string exported(Transcript const& transcript, Customers const& customers,
   whole["transcript"] = fetchedText(transcript.textState);
   whole["analysis"] = fetchedText(transcript.analysisState);
   return boost::json::serialize(whole);
-}
-
-std::string asMarkdown(std::string_view text) {
-  constexpr std::string_view anywhere = "\\`*_[]<>#~|&";
-  constexpr std::string_view atStart = "+-=";
-  constexpr std::string_view digits = "0123456789";
-  std::string result;
-  std::size_t lineStart = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    auto const before = text.substr(lineStart, i - lineStart);
-    bool const isList = (text[i] == '.' || text[i] == ')') && !before.empty() &&
-                        before.find_first_not_of(digits) == std::string_view::npos;
-    bool const isSpecial = anywhere.find(text[i]) != std::string_view::npos || isList ||
-                           (before.empty() && atStart.find(text[i]) != std::string_view::npos);
-    if (isSpecial) result += '\\';
-    result += text[i];
-    if (text[i] != '\n') continue;
-    result += '\n';
-    lineStart = i + 1;
-  }
-  return result;
 }
 
 }  // namespace vek

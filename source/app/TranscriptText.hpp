@@ -29,7 +29,4 @@ std::string const& fetchedText(TranscriptContentState const& state);
 std::string exported(Transcript const& transcript, Customers const& customers,
                      CommandLine::Export::Format format);
 
-/// Plain text as Markdown that shows it as it is, each line a paragraph.
-std::string asMarkdown(std::string_view text);
-
 }  // namespace vek

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/TranscriptsSession.hpp"
 
-#include <boost/algorithm/string/predicate.hpp>
-
 #include <chrono>
 #include <stdexcept>
 #include <utility>
 
+#include "records/CaseFolding.hpp"
 #include "runtime/MainQueue.hpp"
 
 namespace vek {
@@ -52,9 +51,10 @@ void TranscriptsSession::rethrowError() const {
   if (state().error) std::rethrow_exception(state().error->error());
 }
 
-void TranscriptsSession::wait(std::chrono::duration<double> time) {
+void TranscriptsSession::wait(std::chrono::duration<double> time,
+                              std::function<bool()> const& isOver) {
   auto const end = Clock::now() + std::chrono::duration_cast<Clock::duration>(time);
-  waitUntil([end] { return Clock::now() >= end; });
+  waitUntil([&] { return Clock::now() >= end || isOver(); });
 }
 
 Transcript const& TranscriptsSession::transcript(UUID id) const {
@@ -65,9 +65,10 @@ Transcript const& TranscriptsSession::transcript(UUID id) const {
 Customer const& TranscriptsSession::customer(std::string const& nameOrID) const {
   auto const id = UUID::parse(nameOrID);
   if (auto const* found = id ? state().customers.find(*id) : nullptr) return *found;
+  auto const folded = caseFolded(nameOrID);
   Customer const* found = nullptr;
   for (auto const& customer : state().customers) {
-    if (!boost::algorithm::iequals(customer.name, nameOrID)) continue;
+    if (caseFolded(customer.name) != folded) continue;
     if (found) throw std::runtime_error("There is more than one customer '" + nameOrID + "'.");
     found = &customer;
   }

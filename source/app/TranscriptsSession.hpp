@@ -37,8 +37,8 @@ class TranscriptsSession {
   void loadTexts();
   /// Fetches all anew. What that fails with is in the state.
   void refetch();
-  /// Lets time pass.
-  void wait(std::chrono::duration<double> time);
+  /// Lets time pass, unless something is over before.
+  void wait(std::chrono::duration<double> time, std::function<bool()> const& isOver);
 
   /// Of the list. Throws when it has none of that identifier.
   [[nodiscard]] Transcript const& transcript(UUID id) const;

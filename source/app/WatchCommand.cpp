@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "app/Commands.hpp"
-#include "app/ReportedErrors.hpp"
 #include "app/TranscriptText.hpp"
 #include "app/TranscriptsSession.hpp"
 
@@ -29,7 +29,8 @@ std::size_t wordCount(std::string const& text) {
   return count + (isInWord ? 1 : 0);
 }
 
-/// Prints a line for each transcript that settles as something else than was printed last.
+/// Prints a line for each transcript that settles as something else than was printed last, and to
+/// programs one for the list itself.
 class ListPrinter {
  public:
   ListPrinter(TranscriptsSession& session, Terminal& terminal, bool asJSON)
@@ -48,7 +49,17 @@ class ListPrinter {
     }
     terminal_.showChanging(fmt::format("{} transcripts", state.transcripts.size()),
                            state.isLoading ? "loading" : "");
+    if (asJSON_) printState(state);
     last_ = state;
+  }
+
+  void printState(ListState const& state) {
+    boost::json::object result{{"loading", state.isLoading}, {"count", state.transcripts.size()}};
+    if (state.error) result["error"] = state.error->localizedDescription();
+    auto line = boost::json::serialize(result);
+    if (line == shownState_) return;
+    terminal_.printLine(line);
+    shownState_ = std::move(line);
   }
 
   void update(Transcript const& transcript, Customers const& customers) {
@@ -101,6 +112,7 @@ class ListPrinter {
   bool asJSON_;
   ListState last_;
   std::map<UUID, std::string> shown_;
+  std::string shownState_;
   Subscription observation_;
 };
 
@@ -110,10 +122,11 @@ int watch(CommandLine::Watch const& options, bool asJSON, Terminal& terminal, Si
   TranscriptsSession session(signals);
   ListPrinter const printer(session, terminal, asJSON);
   try {
-    while (true) {
+    while (terminal.hasReader()) {
       session.refetch();
-      session.wait(options.pause);
+      session.wait(options.pause, [&] { return !terminal.hasReader(); });
     }
+    return 0;
   } catch (Interrupted const&) {
     terminal.clearChanging();
     return 0;

@@ -125,6 +125,7 @@ TEST(CommandLine, AMistakeIsNamed) {
            {{"transcribe"}, "files is required"},
            {{"transcripts", "--customer", "A", "--without-customer"}, "excludes"},
            {{"watch", "--every", "0"}, "--every"},
+           {{"watch", "--every", "1e300"}, "--every"},
            {{"assign", "41BCF776-AA28-4CCF-8362-93FA802F7F6C"}, "customer is required"},
            {{"export", "41BCF776-AA28-4CCF-8362-93FA802F7F6C", "--format", "pdf"}, "--format"},
            {{"show", "first"}, "'first' is not a transcript's identifier"}}) {

@@ -6,6 +6,7 @@
 
 #include "app/ProgramTests.hpp"
 #include "records/CustomerDTO.hpp"
+#include "records/JSON.hpp"
 #include "records/TranscriptMetadataDTO.hpp"
 #include "support/BackendClient.hpp"
 #include "support/HTTPSTestServer.hpp"
@@ -59,8 +60,8 @@ class TranscriptCommands : public ProgramTests {
 };
 
 TEST_F(TranscriptCommands, AreListedByCustomerAndText) {
-  auto const one = stored("We spoke of the OFFER.");
-  auto const other = stored("We spoke of the offer, and of March.");
+  auto const one = stored("We spoke of the \u00dcBER-OFFER.");
+  auto const other = stored("We spoke of the u\u0308ber-offer, and of March.");
   auto const third = stored("");
   auto const& customer = customers.front();
   EXPECT_THAT(printed({"assign", one, customer.customerName}),
@@ -68,8 +69,9 @@ TEST_F(TranscriptCommands, AreListedByCustomerAndText) {
   EXPECT_THAT(listed({"--customer", customer.id.upperCaseText()}), ElementsAre(one));
   EXPECT_THAT(listed({"--without-customer"}),
               ElementsAre(std::min(other, third), std::max(other, third)));
-  EXPECT_THAT(listed({"--text", "offer"}), ElementsAre(std::min(one, other), std::max(one, other)));
-  EXPECT_THAT(listed({"--text", "offer", "--without-customer"}), ElementsAre(other));
+  EXPECT_THAT(listed({"--text", "\u00fcber-Offer"}),
+              ElementsAre(std::min(one, other), std::max(one, other)));
+  EXPECT_THAT(listed({"--text", "\u00fcber-Offer", "--without-customer"}), ElementsAre(other));
   EXPECT_EQ(run({"transcripts", "--text", "nobody said this"}).messages,
             "There is no such transcript.\n");
   EXPECT_THAT(failure({"transcripts", "--customer", "Nobody"}),
@@ -100,18 +102,18 @@ TEST_F(TranscriptCommands, ACustomerIsAssignedOnce) {
 }
 
 TEST_F(TranscriptCommands, AreExportedAsTheyAre) {
-  auto const id = stored("# 5*3 is <b>15</b>\n1. first\n- [x] & done");
+  std::string const said = "# 5*3 is <b>15</b>\n1. first\r\n   - [x] & \x1b[2J done";
+  auto const id = stored(said);
   printed({"assign", id, customers.front().customerName});
   auto const markdown = printed({"export", id});
   EXPECT_THAT(markdown, StartsWith("# Conversation of 2"));
   EXPECT_THAT(markdown, HasSubstr("\n\nCustomer: Alder \\& Finch Logistics\n\n## Transcript\n\n"
                                   "\\# 5\\*3 is \\<b\\>15\\</b\\>\n\n1\\. first\n\n"
-                                  "\\- \\[x\\] \\& done\n\n## Analysis\n\n# "));
+                                  "\\- \\[x\\] \\& \x1b\\[2J done\n\n## Analysis\n\n# "));
   EXPECT_THAT(printed({"export", id, "--format", "txt"}),
-              HasSubstr("  Alder & Finch Logistics\n\n# 5*3 is <b>15</b>\n1. first\n- [x] & "
-                        "done\n\n# "));
+              HasSubstr("  Alder & Finch Logistics\n\n" + said + "\n\n# "));
   auto const object = boost::json::parse(printed({"export", id, "--format", "json"}));
-  EXPECT_EQ(object.at("transcript").as_string(), "# 5*3 is <b>15</b>\n1. first\n- [x] & done");
+  EXPECT_EQ(object.at("transcript").as_string(), said);
   EXPECT_EQ(object.at("customer_name").as_string(), "Alder & Finch Logistics");
   EXPECT_THAT(std::string(object.at("analysis").as_string()), StartsWith("# "));
   auto const unknown = UUID::random().lowerCaseText();
@@ -128,7 +130,10 @@ TEST_F(TranscriptCommands, AWatchTellsWhatChanges) {
   auto const id = stored("one two");
   VekctlRun watch(surroundings, {"watch", "--json", "--every", "0.2"});
   ASSERT_TRUE(watch.waitForOutput("\"words\":2,\"analysed\":true}\n")) << watch.messages();
-  EXPECT_EQ(watch.lines().size(), 1U);
+  EXPECT_THAT(watch.lines(),
+              ElementsAre("{\"loading\":false,\"count\":0}", "{\"loading\":true,\"count\":0}",
+                          "{\"loading\":true,\"count\":1}", "{\"loading\":false,\"count\":1}",
+                          HasSubstr(id)));
   backend.append(id, "\nthree");
   ASSERT_TRUE(watch.waitForOutput("\"words\":3,"));
   auto const other = stored("four");
@@ -137,11 +142,19 @@ TEST_F(TranscriptCommands, AWatchTellsWhatChanges) {
   ASSERT_TRUE(watch.waitForOutput("{\"transcript_id\":\"" + id + "\",\"removed\":true}\n"));
   services.stop();
   ASSERT_TRUE(watch.waitForMessage("error: Could not connect to the server"));
+  ASSERT_TRUE(watch.waitForOutput(",\"error\":\"Could not connect to the server"));
   services.start();
   auto const third = stored("five six");
   ASSERT_TRUE(watch.waitForOutput(third));
   watch.signal(SIGINT);
   EXPECT_EQ(watch.wait(), 0);
+}
+
+TEST_F(TranscriptCommands, AWatchEndsWhenNobodyReadsIt) {
+  VekctlRun watch(surroundings, {"watch", "--json", "--every", "3600"});
+  ASSERT_TRUE(watch.waitForOutput("{"));
+  watch.closeOutput();
+  EXPECT_NE(watch.wait(), -1);
 }
 
 /// A backend with transcripts of which each content is what the test says.
@@ -166,7 +179,10 @@ class TranscriptFaults : public ProgramTests {
     return ScriptedAnswer::of(200, "[" + rows + "]");
   }
   ScriptedAnswer answer(ReceivedRequest const& request) const {
-    if (request.line.find("customers") != std::string::npos) return ScriptedAnswer::of(200, "[]");
+    if (request.line.find("completeMeeting") != std::string::npos) return completion;
+    if (request.line.find("customers") != std::string::npos) {
+      return ScriptedAnswer::of(200, "[" + json::encode(customer) + "]");
+    }
     if (request.line.find("Metadata") != std::string::npos) return metadata();
     for (int i = 0; i < count; ++i) {
       if (request.body.find(id(i)) != std::string::npos) return contents(i);
@@ -175,7 +191,9 @@ class TranscriptFaults : public ProgramTests {
   }
 
   TestAuthority const authority;
+  CustomerDTO const customer{.customerName = "Adam", .id = UUID::random()};
   std::function<ScriptedAnswer(int)> contents;
+  ScriptedAnswer completion;
   HTTPSTestServer const server{authority,
                                [this](ReceivedRequest const& each) { return answer(each); }};
 };
@@ -190,6 +208,18 @@ TEST_F(TranscriptFaults, TextsThatAreMissingAreToldBesideThoseThatAreThere) {
   EXPECT_EQ(boost::json::parse(result.output).as_array().size(), 12U);
   EXPECT_THAT(result.messages, StartsWith("error: Texts of 2 transcripts are missing: "));
   EXPECT_THAT(result.messages, EndsWith("It rains in.\n"));
+}
+
+TEST_F(TranscriptFaults, AnAssignmentThatIsRefusedIsTold) {
+  for (int const status : {409, 500}) {
+    completion = ScriptedAnswer::of(status, R"({"message":"It rains in."})");
+    auto const result = run({"assign", id(3), "adam"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.messages, "error: Unexpected HTTP response from " + server.url() +
+                                   "/api/v1/agents/completeMeetingTranscript. Code: " +
+                                   std::to_string(status) + ". Additional info: It rains in.\n");
+  }
 }
 
 TEST_F(TranscriptFaults, AnyTextIsShownOrRefusedByItself) {

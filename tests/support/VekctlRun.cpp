@@ -99,7 +99,9 @@ VekctlRun::VekctlRun(VekctlSurroundings const& surroundings, std::vector<std::st
 VekctlRun::~VekctlRun() {
   signal(SIGKILL);
   if (pid_ >= 0) waitpid(pid_, nullptr, 0);
-  for (auto const& channel : channels_) close(channel.file);
+  for (auto const& channel : channels_) {
+    if (channel.file >= 0) close(channel.file);
+  }
 }
 
 std::vector<std::string> VekctlRun::lines() const {
@@ -141,6 +143,10 @@ bool VekctlRun::waitForOutput(std::string_view text) {
 
 bool VekctlRun::waitForMessage(std::string_view text) {
   return readUntil([&] { return messages().find(text) != std::string::npos; });
+}
+
+void VekctlRun::closeOutput() {
+  close(std::exchange(channels_[0].file, -1));
 }
 
 void VekctlRun::signal(int number) const {

@@ -53,6 +53,9 @@ class VekctlRun {
   [[nodiscard]] bool waitForOutput(std::string_view text);
   [[nodiscard]] bool waitForMessage(std::string_view text);
 
+  /// Reads no more of its standard output, as `head` does.
+  void closeOutput();
+
   void signal(int number) const;
 
   /// Its exit status, or 128 and the number of the signal that ended it; -1 when it does not end in
