@@ -41,14 +41,15 @@ int run(int count) {
     double const raw = services.fetchRaw(store->state());
     ratios.push_back(load.seconds / raw);
     fmt::print(
-        "{} transcripts: {:.3f} s, raw HTTP {:.3f} s, ratio {:.2f}, longest busy {:.1f} ms\n",
-        count, load.seconds, raw, ratios.back(), load.longestBusy);
+        "{} transcripts: {:.3f} s, raw HTTP {:.3f} s, ratio {:.2f}, longest busy {:.1f} ms "
+        "({:.1f} ms on the wall)\n",
+        count, load.seconds, raw, ratios.back(), load.longestBusy, load.longestWait);
   }
   std::ranges::sort(ratios);
   double const ratio = ratios[ratios.size() / 2];
   double const opening = openTranscripts(*store);
   fmt::print("median ratio {:.2f} (at most {})\n", ratio, largestRatio);
-  fmt::print("memory above the texts {:.1f} MiB (at most {})\n", growth, largestGrowthAboveTexts);
+  fmt::print("memory above the texts {:.1f} MB (at most {})\n", growth, largestGrowthAboveTexts);
   fmt::print("main thread busy for {:.1f} ms at most (at most {})\n", busy, longestBusy);
   fmt::print("a transcript is open after {:.3f} ms at most (at most {})\n", opening,
              longestOpening);

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Clients/CredentialsClient.hpp"
@@ -26,7 +27,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using List = TranscriptsListFeature::Action;
 
-constexpr double mebibyte = 1 << 20;
+constexpr double megabyte = 1e6;
 
 double seconds(Clock::duration duration) {
   return std::chrono::duration<double>(duration).count();
@@ -39,11 +40,11 @@ double threadTime() {
   return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
-/// A value of /proc/self/status in MiB.
+/// A value of /proc/self/status, which counts in KiB, in MB.
 double memory(std::string_view name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.starts_with(name)) return std::stod(line.substr(name.size() + 1)) / 1024;
+    if (line.starts_with(name)) return std::stod(line.substr(name.size() + 1)) * 1024 / megabyte;
   }
   return 0;
 }
@@ -119,22 +120,29 @@ Load loadList(AppStore& store) {
   Load load;
   double const idle = memory("VmRSS");
   std::ofstream("/proc/self/clear_refs") << 5;
+  // As a view does, which compares the next state with it.
+  AppFeature::State shown;
+  auto const view =
+      store.publisher().subscribe({[&](AppFeature::State const& state) { shown = state; }, [] {}});
   auto const begin = Clock::now();
-  double last = threadTime();
   auto const task = store.send(AppFeature::Action::transcripts{List::setUp{}});
-  // Asked after each piece of work; waiting takes no time of the thread.
-  MainQueue::shared().runUntil([&] {
-    double const now = threadTime();
-    load.longestBusy = std::max(load.longestBusy, now - std::exchange(last, now));
-    return task.tasks()->isDone();
-  });
+  while (!task.tasks()->isDone()) {
+    double const worked = threadTime();
+    auto const started = Clock::now();
+    if (MainQueue::shared().runPending(1) == 0) {
+      std::this_thread::sleep_for(std::chrono::microseconds(100));
+      continue;
+    }
+    load.longestBusy = std::max(load.longestBusy, threadTime() - worked);
+    load.longestWait = std::max(load.longestWait, seconds(Clock::now() - started) * 1e3);
+  }
   load.seconds = seconds(Clock::now() - begin);
   load.growth = memory("VmHWM") - idle;
   auto const& list = store.state().transcripts;
   if (list.error) throw std::runtime_error(list.error->localizedDescription());
   for (auto const& transcript : list.transcripts) {
     auto const size = textSize(transcript.textState) + textSize(transcript.analysisState);
-    load.texts += static_cast<double>(size) / mebibyte;
+    load.texts += static_cast<double>(size) / megabyte;
     load.settled += transcript.textState.as<TranscriptContentState::content>() ? 1 : 0;
   }
   return load;

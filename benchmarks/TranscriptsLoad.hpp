@@ -30,7 +30,9 @@ struct Load {
   double seconds = 0;
   /// Of the main thread's work without a chance for other work, in milliseconds of its time.
   double longestBusy = 0;
-  /// What the memory of the process grew by at most, in MiB, and how much of it are the texts.
+  /// The same by the clock on the wall, which goes on while others have the processor.
+  double longestWait = 0;
+  /// What the memory of the process grew by at most, in MB, and how much of it are the texts.
   double growth = 0;
   double texts = 0;
   /// Transcripts that have their content.
