@@ -21,7 +21,6 @@ endfunction()
 #   threads   also runs with the data race checks
 #   program   runs the whole program, in release too
 #   window    runs the desktop program on a desktop, or a browser: in release only
-#   measured  holds a bound on time or memory: in release only
 function(vek_test name)
   cmake_parse_arguments(arg "" "" "USES;LIBRARIES;LABELS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
