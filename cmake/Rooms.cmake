@@ -20,7 +20,7 @@ endfunction()
 # One test program of all sources of the current folder. What its labels mean to scripts/test:
 #   threads   also runs with the data race checks
 #   program   runs the whole program, in release too
-#   window    runs the desktop program on a desktop, or a browser: in release only
+#   window    runs the desktop program on a desktop, or a browser: in release only, and alone
 function(vek_test name)
   cmake_parse_arguments(arg "" "" "USES;LIBRARIES;LABELS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
@@ -39,8 +39,13 @@ function(vek_test name)
   if(threads IN_LIST arg_LABELS)
     add_dependencies(threads test_${name})
   endif()
+  set(isAlone FALSE)
+  if(window IN_LIST arg_LABELS)
+    set(isAlone TRUE)
+  endif()
   # Joined to one, since a list does not survive the discovery.
   list(JOIN arg_LABELS "," labels)
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 300 LABELS "${name},${labels}" ENVIRONMENT "${VEK_TEST_ENVIRONMENT}")
+    PROPERTIES TIMEOUT 300 LABELS "${name},${labels}" RUN_SERIAL ${isAlone}
+    ENVIRONMENT "${VEK_TEST_ENVIRONMENT}")
 endfunction()

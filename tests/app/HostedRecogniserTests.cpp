@@ -2,8 +2,8 @@
 // Recordings whose speech the local services recognise.
 #include <csignal>
 
-#include "app/LiveMicrophone.hpp"
 #include "app/ProgramTests.hpp"
+#include "support/LiveMicrophone.hpp"
 
 namespace vek::test {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <csignal>
 
-#include "app/LiveMicrophone.hpp"
 #include "app/ProgramTests.hpp"
 #include "support/DatabaseIntegrity.hpp"
+#include "support/LiveMicrophone.hpp"
 
 namespace vek::test {
 namespace {
