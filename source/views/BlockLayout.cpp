@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ranges>
 
 #include "views/TableLayout.hpp"
 
@@ -38,7 +39,19 @@ QString textOf(DrawnBlock const& block) {
   return {};
 }
 
-BlockLayout::BlockLayout(DrawnBlock const& block, qreal width, Context const& context,
+bool hasImages(DrawnBlock const& block) {
+  auto const isImage = [](InlineRun const& run) { return run.image.has_value(); };
+  if (auto const* text = std::get_if<DrawnBlock::Text>(&block.content))
+    return std::ranges::any_of(text->runs, isImage);
+  if (auto const* grid = std::get_if<DrawnBlock::Grid>(&block.content)) {
+    return std::ranges::any_of(std::views::join(grid->rows), [&](DrawnBlock::Cell const& cell) {
+      return std::ranges::any_of(cell.runs, isImage);
+    });
+  }
+  return std::holds_alternative<ImageFlow>(block.content);
+}
+
+BlockLayout::BlockLayout(DrawnBlock const& block, qreal width, LayoutContext const& context,
                          qsizetype start)
     : block_(block) {
   auto const leading = std::round(std::min(block.leading, std::max(0.0, width - leastRoom)));
@@ -57,11 +70,11 @@ BlockLayout::BlockLayout(DrawnBlock const& block, qreal width, Context const& co
   addMarkers(context);
 }
 
-void BlockLayout::layOutText(DrawnBlock::Text const& text, Context const& context,
+void BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const& context,
                              qsizetype start) {
   auto const& padding = block_.drawable.padding;
-  auto& piece = pieces_.emplace_back(text.runs, block_.drawable, context.colors, start);
   auto const width = std::max(1.0, room_.width() - padding.leading - padding.trailing);
+  auto& piece = pieces_.emplace_back(text.runs, block_.drawable, context, width, start);
   piece.place = {std::round(room_.left() + padding.leading), std::round(padding.top)};
   piece.layOut(width, block_.drawable.isScrollable ? TextPiece::Wrapping::never
                                                    : TextPiece::Wrapping::anywhere);
@@ -69,16 +82,17 @@ void BlockLayout::layOutText(DrawnBlock::Text const& text, Context const& contex
   if (block_.drawable.isScrollable) overflow_ = std::max(0.0, piece.naturalWidth() - width);
 }
 
-void BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, Context const& context,
+void BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context,
                              qsizetype start) {
-  auto table = TableLayout::of(grid, room_.topLeft(), room_.width(), context.colors, start);
+  auto table = TableLayout::of(grid, room_.topLeft(), room_.width(), context, start);
   table_ = std::move(table.bounds);
   pieces_ = std::move(table.pieces);
   height_ = table_.bounds.height();
   overflow_ = std::max(0.0, table_.bounds.width() - room_.width());
 }
 
-void BlockLayout::layOutImages(ImageFlow const& flow, Context const& context, qsizetype start) {
+void BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& context,
+                               qsizetype start) {
   auto place = room_.topLeft();
   qreal lineHeight = 0;
   auto const wrap = [&] {
@@ -100,14 +114,12 @@ void BlockLayout::layOutImages(ImageFlow const& flow, Context const& context, qs
       wrap();
       continue;
     }
-    auto const shown = context.images ? context.images(*image) : ShownImage{};
-    if (shown.isShown && !shown.image.isNull()) {
-      auto size = QSizeF(shown.image.size()) / shown.image.devicePixelRatio();
-      if (size.width() > room_.width()) size *= room_.width() / size.width();
-      pictures_.push_back({take(size), shown.image, image->destination});
+    auto const shown = context.shown(*image);
+    if (shown.isLoaded()) {
+      pictures_.push_back({take(shown.sizeWithin(room_.width())), shown.image, image->destination});
     } else if (shown.isShown) {
       std::vector<InlineRun> const alt = {{image->alt, placeholder.text, image->destination}};
-      TextPiece piece(alt, placeholder, context.colors, start);
+      TextPiece piece(alt, placeholder, context, room_.width(), start);
       piece.layOut(room_.width(), TextPiece::Wrapping::anywhere);
       piece.place = take({std::min(piece.naturalWidth(), room_.width()), piece.height()}).topLeft();
       pieces_.push_back(std::move(piece));
@@ -117,7 +129,7 @@ void BlockLayout::layOutImages(ImageFlow const& flow, Context const& context, qs
   height_ = std::ceil(place.y() + lineHeight);
 }
 
-void BlockLayout::addMarkers(Context const& context) {
+void BlockLayout::addMarkers(LayoutContext const& context) {
   for (auto const& marker : block_.markers) {
     auto const baseline =
         pieces_.empty() ? std::optional<qreal>() : pieces_.front().firstBaseline();
@@ -132,7 +144,7 @@ void BlockLayout::addMarkers(Context const& context) {
       continue;
     }
     std::vector<InlineRun> const label = {{marker.drawable.label, marker.drawable.text}};
-    TextPiece piece(label, marker.drawable, context.colors, 0);
+    TextPiece piece(label, marker.drawable, context, marker.width, 0);
     piece.layOut(marker.width, TextPiece::Wrapping::never);
     piece.place.setX(right - piece.naturalWidth());
     piece.place.setY(baseline.value_or(piece.firstBaseline()) - piece.firstBaseline());

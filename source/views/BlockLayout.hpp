@@ -5,37 +5,23 @@
 #include <QPainter>
 #include <QRectF>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "markdown/DrawnBlock.hpp"
-#include "views/MarkdownColors.hpp"
+#include "views/LayoutContext.hpp"
 #include "views/TableBounds.hpp"
 #include "views/TextPiece.hpp"
 
 namespace vek {
 
-/// What there is to see of an image now.
-struct ShownImage {
-  /// False where the image is not for this colour scheme: then it takes no room.
-  bool isShown = true;
-  QImage image = {};
-};
-using ImageProvider = std::function<ShownImage(RawImageData const& image)>;
-
 /// A block that was measured for a width, its coordinates counted from its upper left corner. What
 /// is wider than its room can be moved sideways.
 class BlockLayout {
  public:
-  struct Context {
-    MarkdownColors const& colors;
-    ImageProvider const& images;
-  };
-
   /// `start` is where the text of the block begins in that of the document.
-  BlockLayout(DrawnBlock const& block, qreal width, Context const& context, qsizetype start);
+  BlockLayout(DrawnBlock const& block, qreal width, LayoutContext const& context, qsizetype start);
 
   [[nodiscard]] qreal height() const { return height_; }
   [[nodiscard]] std::vector<TextPiece> const& pieces() const { return pieces_; }
@@ -62,10 +48,10 @@ class BlockLayout {
     bool isFilled = false;
   };
 
-  void layOutText(DrawnBlock::Text const& text, Context const& context, qsizetype start);
-  void layOutGrid(DrawnBlock::Grid const& grid, Context const& context, qsizetype start);
-  void layOutImages(ImageFlow const& flow, Context const& context, qsizetype start);
-  void addMarkers(Context const& context);
+  void layOutText(DrawnBlock::Text const& text, LayoutContext const& context, qsizetype start);
+  void layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context, qsizetype start);
+  void layOutImages(ImageFlow const& flow, LayoutContext const& context, qsizetype start);
+  void addMarkers(LayoutContext const& context);
   void drawGround(QPainter& painter, MarkdownColors const& colors) const;
   void drawTable(QPainter& painter, MarkdownColors const& colors) const;
   static void drawSymbol(QPainter& painter, Symbol const& symbol, QColor check);
@@ -84,5 +70,8 @@ class BlockLayout {
 
 /// The text of a block as the document counts it.
 [[nodiscard]] QString textOf(DrawnBlock const& block);
+
+/// Whether there are images in it, in its lines included.
+[[nodiscard]] bool hasImages(DrawnBlock const& block);
 
 }  // namespace vek

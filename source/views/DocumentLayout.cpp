@@ -58,9 +58,7 @@ void DocumentLayout::setImages(ImageProvider images) {
 }
 
 void DocumentLayout::imagesChanged() {
-  bool const hasImages = std::ranges::any_of(
-      blocks_, [](auto const& block) { return std::holds_alternative<ImageFlow>(block.content); });
-  if (hasImages) forgetMeasures();
+  if (std::ranges::any_of(blocks_, hasImages)) forgetMeasures();
 }
 
 void DocumentLayout::forgetMeasures() {
@@ -95,8 +93,8 @@ void DocumentLayout::measureNext() {
 BlockLayout const& DocumentLayout::layout(std::size_t block) {
   auto& layout = layouts_[block];
   if (!layout) {
-    layout = std::make_unique<BlockLayout>(blocks_[block], width_,
-                                           BlockLayout::Context{colors_, images_}, starts_[block]);
+    layout = std::make_unique<BlockLayout>(blocks_[block], width_, LayoutContext{colors_, images_},
+                                           starts_[block]);
   }
   return *layout;
 }
@@ -180,7 +178,7 @@ QString DocumentLayout::textToCopy(qsizetype from, qsizetype to) const {
     if (first == starts_[block]) text += markersOf(blocks_[block]);
     text += part;
   }
-  return text.replace(QChar::LineSeparator, u'\n');
+  return text.remove(QChar::ObjectReplacementCharacter).replace(QChar::LineSeparator, u'\n');
 }
 
 void DocumentLayout::draw(QPainter& painter, qreal top, qreal bottom,

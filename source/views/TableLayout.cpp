@@ -9,7 +9,7 @@ namespace vek {
 
 namespace {
 
-/// A word that is longer does not keep its column from giving way.
+/// A word that is longer does not keep its column from giving way. No image in a cell is wider.
 constexpr qreal longestWord = 160;
 constexpr qreal unlimited = 1e6;
 
@@ -67,11 +67,11 @@ std::vector<TableBounds::Span> spans(std::vector<qreal> const& sizes, qreal from
 }  // namespace
 
 TableLayout TableLayout::of(DrawnBlock::Grid const& grid, QPointF place, qreal room,
-                            MarkdownColors const& colors, qsizetype start) {
+                            LayoutContext const& context, qsizetype start) {
   TableLayout table;
   std::vector<Need> needs(grid.columnAlignments.size());
   forEachCell(grid, [&](std::size_t, std::size_t column, DrawnBlock::Cell const& cell) {
-    auto& piece = table.pieces.emplace_back(cell.runs, cell.drawable, colors, start);
+    auto& piece = table.pieces.emplace_back(cell.runs, cell.drawable, context, longestWord, start);
     start += piece.length() + 1;
     piece.layOut(unlimited, TextPiece::Wrapping::betweenWords);
     auto const padding = cell.drawable.padding.leading + cell.drawable.padding.trailing;

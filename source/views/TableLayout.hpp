@@ -18,7 +18,7 @@ struct TableLayout {
 
   /// `start` is where the text of the table begins in that of the document.
   static TableLayout of(DrawnBlock::Grid const& grid, QPointF place, qreal room,
-                        MarkdownColors const& colors, qsizetype start);
+                        LayoutContext const& context, qsizetype start);
 };
 
 /// The text of a table as the document counts it: a tab or a break behind each cell but the last.

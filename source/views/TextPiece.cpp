@@ -20,6 +20,33 @@ QString withSeparators(std::string const& text) {
   return QString::fromStdString(text).replace(u'\n', QChar::LineSeparator);
 }
 
+QString textOf(InlineRun const& run) {
+  bool const isUntitled = run.image && run.text.empty();
+  return isUntitled ? QString(QChar::ObjectReplacementCharacter) : withSeparators(run.text);
+}
+
+QTextCharFormat formatOf(InlineRun const& run, MarkdownColors const& colors) {
+  auto const& attributes = run.attributes;
+  QTextCharFormat format;
+  format.setFont(fontOf(attributes.font));
+  format.setFontStrikeOut(attributes.isStruckThrough);
+  format.setFontUnderline(attributes.isUnderlined);
+  // In place of an image that is not there.
+  if (run.image) format.setFontItalic(true);
+  format.setForeground(run.image ? colors.secondary : colors.of(attributes.foreground));
+  return format;
+}
+
+/// A font whose blanks are this wide.
+QFont spacedFont(QFont font, qreal width) {
+  font.setUnderline(false);
+  font.setStrikeOut(false);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+  auto const blank = QFontMetricsF(font).horizontalAdvance(QChar::Nbsp);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, width - blank);
+  return font;
+}
+
 }  // namespace
 
 QFont fontOf(FontProperties const& properties) {
@@ -46,35 +73,34 @@ QFont fontOf(FontProperties const& properties) {
 
 QString textOf(std::vector<InlineRun> const& runs) {
   QString text;
-  for (auto const& run : runs) text += withSeparators(run.text);
+  for (auto const& run : runs) text += textOf(run);
   return text;
 }
 
 TextPiece::TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawable,
-                     MarkdownColors const& colors, qsizetype start)
+                     LayoutContext const& context, qreal room, qsizetype start)
     : start_(start), lineSpacing_(drawable.lineSpacing) {
   QString text;
   QList<QTextLayout::FormatRange> formats;
   for (auto const& run : runs) {
-    auto const part = withSeparators(run.text);
-    append(run, part, colors, formats, static_cast<int>(text.size()));
+    auto part = textOf(run);
+    Range const range{static_cast<int>(text.size()), static_cast<int>(part.size())};
+    auto format = formatOf(run, context.colors);
+    auto const shown = run.image ? context.shown(*run.image) : ShownImage{};
+    if (shown.isLoaded() || !shown.isShown) {
+      // Blanks that together are as wide keep its place, so that positions do not change by it.
+      pictures_.push_back({range, shown.image, shown.sizeWithin(room), run.destination});
+      part.fill(QChar::Nbsp);
+      format.setFont(spacedFont(format.font(), pictures_.back().size.width() / range.length));
+    }
+    formats.append({range.start, range.length, format});
+    if (run.destination) links_.push_back({range, *run.destination});
+    if (run.attributes.background)
+      grounds_.push_back({range, context.colors.of(*run.attributes.background)});
     text += part;
   }
   layout_ = std::make_unique<QTextLayout>(text, fontOf(drawable.text.font));
   layout_->setFormats(formats);
-}
-
-void TextPiece::append(InlineRun const& run, QString const& text, MarkdownColors const& colors,
-                       QList<QTextLayout::FormatRange>& formats, int start) {
-  Range const range{start, static_cast<int>(text.size())};
-  QTextCharFormat format;
-  format.setFont(fontOf(run.attributes.font));
-  format.setForeground(colors.of(run.attributes.foreground));
-  format.setFontStrikeOut(run.attributes.isStruckThrough);
-  format.setFontUnderline(run.attributes.isUnderlined);
-  formats.append({range.start, range.length, format});
-  if (run.destination) links_.push_back({range, *run.destination});
-  if (run.attributes.background) grounds_.push_back({range, colors.of(*run.attributes.background)});
 }
 
 void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment) {
@@ -90,16 +116,36 @@ void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment) 
   layout_->beginLayout();
   for (auto line = layout_->createLine(); line.isValid(); line = layout_->createLine()) {
     line.setLineWidth(wraps ? width : unlimited);
+    y += reachAbove(line);
     line.setPosition({0, std::round(y)});
     y += line.height() + lineSpacing_;
   }
   layout_->endLayout();
   height_ = std::ceil(y - (layout_->lineCount() > 0 ? lineSpacing_ : 0));
   width_ = wraps ? width : naturalWidth();
+  for (auto& picture : pictures_) {
+    auto const line = layout_->lineForTextPosition(picture.range.start);
+    auto const end = picture.range.start + picture.range.length;
+    auto const left = std::min(line.cursorToX(picture.range.start), line.cursorToX(end));
+    auto const baseline = line.y() + line.ascent();
+    picture.rect = {QPointF(left, baseline - picture.size.height()), picture.size};
+  }
+}
+
+qreal TextPiece::reachAbove(QTextLine const& line) const {
+  qreal reach = 0;
+  for (auto const& picture : pictures_) {
+    bool const isHere = picture.range.start >= line.textStart() &&
+                        picture.range.start < line.textStart() + line.textLength();
+    if (isHere) reach = std::max(reach, std::ceil(picture.size.height() - line.ascent()));
+  }
+  return reach;
 }
 
 qreal TextPiece::firstBaseline() const {
-  return place.y() + (layout_->lineCount() > 0 ? layout_->lineAt(0).ascent() : 0);
+  if (layout_->lineCount() == 0) return place.y();
+  auto const line = layout_->lineAt(0);
+  return place.y() + line.y() + line.ascent();
 }
 
 qsizetype TextPiece::positionAt(QPointF point) const {
@@ -107,7 +153,7 @@ qsizetype TextPiece::positionAt(QPointF point) const {
   for (int i = 0; i < layout_->lineCount(); ++i) {
     auto const line = layout_->lineAt(i);
     bool const isLast = i + 1 == layout_->lineCount();
-    if (!isLast && at.y() >= layout_->lineAt(i + 1).y()) continue;
+    if (!isLast && at.y() >= line.y() + line.height() + lineSpacing_) continue;
     auto position = line.xToCursor(at.x());
     // The end of a line that goes on is the beginning of the next one.
     auto const end = line.textStart() + line.textLength();
@@ -118,6 +164,8 @@ qsizetype TextPiece::positionAt(QPointF point) const {
 }
 
 std::optional<std::string> TextPiece::linkAt(QPointF point) const {
+  for (auto const& picture : pictures_)
+    if (picture.rect.translated(place).contains(point)) return picture.destination;
   for (auto const& link : links_) {
     auto const from = start_ + link.range.start;
     for (auto const& rect : rectsOf(from, from + link.range.length))
@@ -162,6 +210,9 @@ void TextPiece::draw(QPainter& painter, std::vector<Highlight> const& highlights
     own.append({static_cast<int>(from), static_cast<int>(to - from), format});
   }
   layout_->draw(&painter, place, own);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  for (auto const& picture : pictures_)
+    painter.drawImage(picture.rect.translated(place), picture.image);
 }
 
 }  // namespace vek

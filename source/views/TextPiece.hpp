@@ -14,13 +14,13 @@
 
 #include "markdown/Drawable.hpp"
 #include "markdown/InlineText.hpp"
-#include "views/MarkdownColors.hpp"
+#include "views/LayoutContext.hpp"
 
 namespace vek {
 
 [[nodiscard]] QFont fontOf(FontProperties const& properties);
 
-/// The text of runs, with one character for each break.
+/// The text of runs, with one character for each break, and for an image without a text.
 [[nodiscard]] QString textOf(std::vector<InlineRun> const& runs);
 
 /// A range of the document's text that is marked.
@@ -35,8 +35,9 @@ class TextPiece {
  public:
   enum class Wrapping { never, anywhere, betweenWords };
 
+  /// No image in the lines gets wider than `room`.
   TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawable,
-            MarkdownColors const& colors, qsizetype start);
+            LayoutContext const& context, qreal room, qsizetype start);
 
   /// Breaks the text into lines of this width. Without wrapping it keeps those that it has.
   void layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment = Qt::AlignLeft);
@@ -77,12 +78,22 @@ class TextPiece {
     QColor color;
   };
 
-  void append(InlineRun const& run, QString const& text, MarkdownColors const& colors,
-              QList<QTextLayout::FormatRange>& formats, int start);
+  /// An image in a line, with the characters that keep its place there.
+  struct Picture {
+    Range range;
+    QImage image;
+    QSizeF size;
+    std::optional<std::string> destination;
+    QRectF rect = {};
+  };
+
+  /// How far the pictures of a line stand out above its letters.
+  [[nodiscard]] qreal reachAbove(QTextLine const& line) const;
 
   std::unique_ptr<QTextLayout> layout_;
   std::vector<Link> links_;
   std::vector<Ground> grounds_;
+  std::vector<Picture> pictures_;
   qsizetype start_;
   qreal lineSpacing_;
   qreal width_ = 0;
