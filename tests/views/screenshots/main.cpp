@@ -13,7 +13,9 @@
 #include <utility>
 #include <vector>
 
+#include "TranscriptShots.hpp"
 #include "support/ScriptedApp.hpp"
+#include "support/ScriptedTranscript.hpp"
 #include "support/ScriptedUpdates.hpp"
 #include "views/LicenceNotes.hpp"
 #include "views/SettingsController.hpp"
@@ -164,6 +166,18 @@ void takeSettings(QQmlEngine& engine, Camera const& camera) {
   camera.take(shown.window(), "settings-account-empty");
 }
 
+void takeTranscripts(QQmlEngine& engine, Camera const& camera) {
+  for (auto const& shot : vek::test::transcriptShots()) {
+    vek::test::ScriptedTranscript transcript;
+    transcript.show(shot.facts);
+    auto const window = vek::makeWindow(engine, "TranscriptWindow",
+                                        {{"store", QVariant::fromValue(transcript.store())}});
+    window->resize(shot.size);
+    window->show();
+    camera.take(*window, shot.name);
+  }
+}
+
 void takeUpdateWindow(QQmlEngine& engine, Camera const& camera) {
   vek::test::ScriptedUpdates updates;
   auto const window =
@@ -196,6 +210,7 @@ int main(int argumentCount, char** arguments) {
   Camera const camera(QString::fromLocal8Bit(arguments[1]));
   takeMainWindow(*engine, camera);
   takeSettings(*engine, camera);
+  takeTranscripts(*engine, camera);
   takeUpdateWindow(*engine, camera);
   takeAboutPanel(*engine, camera);
   return 0;
