@@ -217,12 +217,12 @@ void MarkdownPage::paint(QPainter* painter) {
   std::vector<Highlight> highlights;
   for (std::size_t i = 0; i < found_.size(); ++i) {
     bool const isPresent = static_cast<int>(i) == foundIndex_;
-    highlights.push_back(
-        {found_[i].first, found_[i].second, isPresent ? colors.foundNow : colors.found});
+    highlights.push_back({found_[i].first, found_[i].second,
+                          isPresent ? colors.foundNow : colors.found, colors.primary});
   }
   if (anchor_ != cursor_) {
     auto const [from, to] = selection();
-    highlights.push_back({from, to, colors.selection});
+    highlights.push_back({from, to, colors.selection, colors.primary});
   }
   layout_.draw(*painter, scroll_, scroll_ + height(), highlights);
 }

@@ -207,6 +207,7 @@ void TextPiece::draw(QPainter& painter, std::vector<Highlight> const& highlights
     if (from >= to) continue;
     QTextCharFormat format;
     format.setBackground(highlight.color);
+    format.setForeground(highlight.text);
     own.append({static_cast<int>(from), static_cast<int>(to - from), format});
   }
   layout_->draw(&painter, place, own);

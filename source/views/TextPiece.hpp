@@ -28,6 +28,8 @@ struct Highlight {
   qsizetype from = 0;
   qsizetype to = 0;
   QColor color;
+  /// Of the letters, which might not be read on that ground in theirs.
+  QColor text;
 };
 
 /// Lines of text that are laid out together: a paragraph, or a cell of a table.

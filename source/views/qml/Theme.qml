@@ -44,11 +44,11 @@ QtObject {
         code: isDark ? "#e4dcf5" : "#41346b",
         ground: isDark ? "#34343c" : "#f4f4f8",
         border: isDark ? "#45454f" : "#dedee6",
-        quoteBar: isDark ? "#6a6d9e" : "#c3c2ee",
+        quoteBar: isDark ? "#7d80bb" : "#8b89de",
         done: isDark ? "#8f93ff" : "#4f46e5",
         selection: isDark ? "#4a4da8" : "#cfcdfa",
         found: isDark ? "#6b5a1e" : "#fdeaa8",
-        foundNow: isDark ? "#a67c12" : "#f9c846"
+        foundNow: isDark ? "#8a6508" : "#f9c846"
     })
 
     readonly property string clockFamily: "Noto Sans"
