@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <string_view>
 
 #include "runtime/Match.hpp"
@@ -13,18 +14,44 @@ namespace {
 
 constexpr std::string_view blanks = " \t\n\v\f\r";
 
-/// The name of a tag, by "<\/?([a-zA-Z0-9]+)[^>]*>"; empty when the text begins otherwise.
-std::string_view tagName(std::string_view html) {
-  if (!html.starts_with('<') || html.find('>') == std::string_view::npos) return {};
-  html.remove_prefix(html.starts_with("</") ? 2 : 1);
+struct Tag {
+  std::size_t start = 0;
+  std::size_t end = 0;
+  std::string_view name = {};
+
+  [[nodiscard]] bool isBreak() const {
+    return name.size() == 2 && std::tolower(name[0]) == 'b' && std::tolower(name[1]) == 'r';
+  }
+};
+
+/// The first tag from a place on, by "<\/?([a-zA-Z0-9]+)[^>]*>".
+std::optional<Tag> nextTag(std::string_view html, std::size_t from) {
   auto const isName = [](unsigned char c) { return std::isalnum(c) != 0; };
-  auto const end = std::ranges::find_if_not(html, isName);
-  return {html.begin(), end};
+  for (auto start = html.find('<', from); start != html.npos; start = html.find('<', start + 1)) {
+    auto const rest = html.substr(start + (html.substr(start).starts_with("</") ? 2 : 1));
+    std::string_view const name(rest.begin(), std::ranges::find_if_not(rest, isName));
+    if (name.empty()) continue;
+    auto const end = html.find('>', start);
+    if (end == html.npos) return std::nullopt;
+    return Tag{start, end + 1, name};
+  }
+  return std::nullopt;
 }
 
-bool isBreak(std::string_view html) {
-  auto const name = tagName(html);
-  return name.size() == 2 && std::tolower(name[0]) == 'b' && std::tolower(name[1]) == 'r';
+/// Raw HTML as it stands, but for the line breaks in it.
+std::string shownHTML(std::string_view html) {
+  std::string shown;
+  std::size_t at = 0;
+  while (auto const tag = nextTag(html, at)) {
+    shown += html.substr(at, tag->isBreak() ? tag->start - at : tag->end - at);
+    at = tag->end;
+    if (!tag->isBreak()) continue;
+    shown += '\n';
+    // The end of a line behind a break is that same break.
+    if (html.substr(at).starts_with('\n')) ++at;
+  }
+  shown += html.substr(at);
+  return shown;
 }
 
 /// Walks nested nodes with a stack of its own, since they nest as deep as the text is long.
@@ -69,9 +96,7 @@ class RunMaker {
         [&](InlineNode::code const& code) {
           append(code.content, theme_.code.appliedTo(in.attributes), in);
         },
-        [&](InlineNode::html const& html) {
-          append(isBreak(html.content) ? "\n" : html.content, in.attributes, in);
-        },
+        [&](InlineNode::html const& html) { append(shownHTML(html.content), in.attributes, in); },
         [&](InlineNode::emphasis const& node) { style(theme_.emphasis, node.children, in); },
         [&](InlineNode::strong const& node) { style(theme_.strong, node.children, in); },
         [&](InlineNode::strikethrough const& node) {

@@ -90,6 +90,8 @@ TEST(BlockSequence, CodeGoesThroughTheHighlighter) {
 TEST(BlockSequence, RawHTMLIsTextApartFromTheLineBreak) {
   EXPECT_EQ(textOf(drawn("<script>a</script>\n")[0]), "<script>a</script>");
   EXPECT_EQ(textOf(drawn("a <b>c</b><br/>d")[0]), "a <b>c</b>\nd");
+  EXPECT_EQ(textOf(drawn("<br>\nImportant <i>words</i>\n")[0]), "\nImportant <i>words</i>");
+  EXPECT_EQ(textOf(drawn("<div>a</BR >b < c <br\n")[0]), "<div>a\nb < c <br");
 }
 
 TEST(BlockSequence, WhatNestsWithoutEndIsDrawnWithoutRecursion) {
