@@ -78,11 +78,11 @@ class RunMaker {
     Children<InlineNode> const* children = nullptr;
     InlineNode const* next = nullptr;
     TextAttributes attributes = {};
-    std::optional<std::string> destination = {};
+    std::optional<SharedText> destination = {};
   };
 
   void open(Children<InlineNode> const& children, TextAttributes const& attributes,
-            std::optional<std::string> const& destination) {
+            std::optional<SharedText> const& destination) {
     open_.push_back({&children, children.begin(), attributes, destination});
   }
 
@@ -149,7 +149,7 @@ bool isBlank(InlineNode const& node) {
 
 /// Adds the images of nodes that hold nothing else; false when they do hold something else.
 bool addImages(ImageFlow& flow, Children<InlineNode> const& content,
-               std::optional<std::string> const& destination) {
+               std::optional<SharedText> const& destination) {
   return std::ranges::all_of(content, [&](InlineNode const& node) {
     if (auto const* image = std::get_if<InlineNode::image>(&node.value)) {
       flow.emplace_back(RawImageData{image->source, plainText(image->children), destination});

@@ -10,6 +10,7 @@
 #include "markdown/RawImageData.hpp"
 #include "markdown/SoftBreak.hpp"
 #include "markdown/Theme.hpp"
+#include "runtime/SharedText.hpp"
 
 namespace vek {
 
@@ -19,7 +20,7 @@ struct InlineRun {
   std::string text;
   TextAttributes attributes;
   /// Where a press leads, as the text says it.
-  std::optional<std::string> destination = {};
+  std::optional<SharedText> destination = {};
   std::optional<RawImageData> image = {};
 
   bool operator==(InlineRun const&) const = default;

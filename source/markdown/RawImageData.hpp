@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "runtime/SharedText.hpp"
+
 namespace vek {
 
 /// An image of a text, before it is fetched.
@@ -11,7 +13,7 @@ struct RawImageData {
   std::string source;
   std::string alt;
   /// Where a press on it leads.
-  std::optional<std::string> destination = {};
+  std::optional<SharedText> destination = {};
 
   bool operator==(RawImageData const&) const = default;
 };

@@ -40,7 +40,7 @@ class BlockLayout {
   struct Picture {
     QRectF rect;
     QImage image;
-    std::optional<std::string> destination;
+    std::optional<SharedText> destination;
   };
   struct Symbol {
     QRectF rect;

@@ -73,7 +73,7 @@ class TextPiece {
   };
   struct Link {
     Range range;
-    std::string destination;
+    SharedText destination;
   };
   struct Ground {
     Range range;
@@ -85,7 +85,7 @@ class TextPiece {
     Range range;
     QImage image;
     QSizeF size;
-    std::optional<std::string> destination;
+    std::optional<SharedText> destination;
     QRectF rect = {};
   };
 

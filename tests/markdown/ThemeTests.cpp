@@ -80,6 +80,12 @@ TEST(InlineText, LinksCarryWhereTheyLeadThroughTheirStyles) {
   EXPECT_EQ(made[1].destination, std::nullopt);
 }
 
+TEST(InlineText, ThePiecesOfALinkShareWhereItLeads) {
+  auto const made = runs({Inline::link{"/a", {text("b"), Inline::strong{{text("c")}}}}});
+  ASSERT_EQ(made.size(), 2);
+  EXPECT_EQ(&made[0].destination->string(), &made[1].destination->string());
+}
+
 TEST(InlineText, OnlyAParagraphOfImagesAloneIsAFlow) {
   Inline const image = Inline::image{"a.png", {text("a "), Inline::emphasis{{text("b")}}}};
   RawImageData const plain{"a.png", "a b"};
