@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <mutex>
+#include <utility>
 
 #include "markdown/MarkdownReader.hpp"
 #include "markdown/MarkdownWriter.hpp"
@@ -35,20 +36,20 @@ void attach(cmark_parser& parser, char const* name) {
 bool hasReadableTables(std::string_view text) {
   constexpr std::size_t mostColumns = 1000;
   constexpr std::size_t mostCells = 200'000;
+  std::size_t cells = 0;
   std::size_t lines = 0;
   std::size_t columns = 0;
-  while (!text.empty()) {
+  while (!text.empty() && columns <= mostColumns && cells + columns * lines <= mostCells) {
     auto const line = text.substr(0, text.find('\n'));
+    // Only an empty line is sure to end a table: others are rows of it, though they have no bar.
+    if (line.find_first_not_of(" \t\r") == std::string_view::npos) {
+      cells += std::exchange(columns, 0) * std::exchange(lines, 0);
+    }
     columns = std::max(columns, static_cast<std::size_t>(std::ranges::count(line, '|')));
-    ++lines;
+    if (columns > 0) ++lines;
     text.remove_prefix(std::min(text.size(), line.size() + 1));
   }
-  return columns <= mostColumns && columns * lines <= mostCells;
-}
-
-std::string taken(char* text) {
-  std::unique_ptr<char, decltype(&std::free)> const owner(text, std::free);
-  return text;
+  return columns <= mostColumns && cells + columns * lines <= mostCells;
 }
 
 }  // namespace
@@ -76,15 +77,9 @@ MarkdownContent MarkdownDocument::content() const {
 }
 
 std::string MarkdownDocument::plainText() const {
-  return taken(cmark_render_plaintext(root_.get(), options, unwrapped));
-}
-
-std::string MarkdownDocument::commonMark() const {
-  return taken(cmark_render_commonmark(root_.get(), options, unwrapped));
-}
-
-std::string MarkdownDocument::html() const {
-  return taken(cmark_render_html(root_.get(), options, nullptr));
+  std::unique_ptr<char, decltype(&std::free)> const text(
+      cmark_render_plaintext(root_.get(), options, unwrapped), std::free);
+  return text.get();
 }
 
 }  // namespace vek

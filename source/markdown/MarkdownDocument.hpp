@@ -25,9 +25,6 @@ class MarkdownDocument {
   [[nodiscard]] MarkdownContent content() const;
 
   [[nodiscard]] std::string plainText() const;
-  [[nodiscard]] std::string commonMark() const;
-  /// Without raw HTML and without links that could run something.
-  [[nodiscard]] std::string html() const;
 
  private:
   struct Free {

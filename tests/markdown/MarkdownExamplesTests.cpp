@@ -2,6 +2,7 @@
 // Every example of two texts that define the language, and texts that mean harm.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <regex>
 #include <sstream>
@@ -89,6 +90,20 @@ TEST(WideMarkdown, IsAGridOnlyWhileItCanBeRead) {
   EXPECT_TRUE(isTable(900, 20));
   EXPECT_FALSE(isTable(10'000, 20));
   EXPECT_FALSE(isTable(900, 20'000));
+}
+
+TEST(WideMarkdown, MayHaveATableAmongManyOtherLines) {
+  auto const prose = repeated(2000, "a\n\n") + repeated(4000, "b\n") + "\n";
+  auto const table = repeated(50, "|a") + "|\n" + repeated(50, "|-") + "|\n\n";
+  auto const hasTable = [](std::string const& markdown) {
+    auto const isTable = [](BlockNode const& block) {
+      return std::holds_alternative<BlockNode::table>(block.value);
+    };
+    return std::ranges::any_of(MarkdownContent(markdown).blocks, isTable);
+  };
+  EXPECT_TRUE(hasTable(prose + table + prose));
+  EXPECT_FALSE(hasTable(repeated(
+      300, repeated(50, "|a") + "|\n" + repeated(50, "|-") + "|\n" + repeated(20, "b\n") + "\n")));
 }
 
 }  // namespace
