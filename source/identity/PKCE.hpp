@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "identity/Auth0Authentication.hpp"
-#include "identity/CallbackValues.hpp"
 #include "identity/Credentials.hpp"
+#include "platform/CallbackValues.hpp"
 #include "runtime/Task.hpp"
 
 namespace vek {

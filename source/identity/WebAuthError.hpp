@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "identity/CallbackValues.hpp"
+#include "platform/CallbackValues.hpp"
 
 namespace vek {
 

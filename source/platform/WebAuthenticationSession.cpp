@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "platform/CallbackValues.hpp"
 #include "platform/Timer.hpp"
 #include "platform/URLComponents.hpp"
 
@@ -25,13 +26,9 @@ Surroundings& surroundings() {
 
 /// What a page, or the redirect that it ends with, says it belongs to.
 std::optional<std::string> stateOf(std::string const& url) {
-  URLComponents const components(url);
-  for (auto const& items : {components.queryItems(), queryItems(components.fragment())}) {
-    for (auto const& [name, value] : items.value_or(std::vector<URLQueryItem>())) {
-      if (name == "state") return value;
-    }
-  }
-  return std::nullopt;
+  auto const values = callbackValues(url).value_or(CallbackValues());
+  auto const state = values.find("state");
+  return state == values.end() ? std::nullopt : std::optional(state->second);
 }
 
 std::exception_ptr sessionError(Code code) {

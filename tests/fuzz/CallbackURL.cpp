@@ -2,7 +2,7 @@
 // The redirect at the end of a login, which any page in the browser can forge.
 #include "FuzzInput.hpp"
 #include "identity/AuthenticationError.hpp"
-#include "identity/CallbackValues.hpp"
+#include "platform/CallbackValues.hpp"
 #include "identity/WebAuthError.hpp"
 #include "platform/URLComponents.hpp"
 

@@ -52,7 +52,8 @@ TEST_F(RedirectListenerTest, HandsOnWhatNobodyExpectsToWhoeverWaits) {
   RedirectListener const other("other");
   for (std::string const redirect :
        {"com.vek.app://localhost/?code=c&state=theirs", "com.vek.app://localhost/?code=c",
-        "com.vek.app://localhost/"}) {
+        "com.vek.app://localhost/?state=ours&state=theirs",
+        "com.vek.app://localhost/?state=theirs#state=ours", "com.vek.app://localhost/"}) {
     auto const session = waiting("ours");
     EXPECT_FALSE(WebAuthenticationSession::expects(redirect));
     EXPECT_TRUE(deliverRedirect(redirect));
@@ -60,6 +61,8 @@ TEST_F(RedirectListenerTest, HandsOnWhatNobodyExpectsToWhoeverWaits) {
   }
   auto const session = waiting("ours");
   EXPECT_TRUE(WebAuthenticationSession::expects("com.vek.app://localhost/#state=ours"));
+  EXPECT_TRUE(
+      WebAuthenticationSession::expects("com.vek.app://localhost/?state=theirs&state=ours"));
 }
 
 TEST_F(RedirectListenerTest, IsOneForEachNameAndForItsUserAlone) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "identity/CallbackValues.hpp"
+#include "platform/CallbackValues.hpp"
 
 #include <algorithm>
 
