@@ -15,7 +15,7 @@ namespace {
 
 using enum WebAuthError::Code;
 
-Task<Credentials> exchange(PKCE const& pkce, std::string code) {
+Task<Credentials> exchangeCode(PKCE const& pkce, std::string code) {
   try {
     co_return co_await pkce.authentication.codeExchange(code, pkce.verifier, pkce.redirectURL)
         .value();
@@ -47,15 +47,18 @@ Task<> validate(PKCE const& pkce, std::string idToken) {
   }
 }
 
+Task<Credentials> exchangeAndValidate(PKCE pkce, CallbackValues values) {
+  auto const code = values.find("code");
+  if (code == values.end()) throw WebAuthError::noAuthorizationCode(values);
+  auto credentials = co_await exchangeCode(pkce, code->second);
+  co_await validate(pkce, credentials.idToken());
+  co_return credentials;
+}
+
 }  // namespace
 
 Task<Credentials> PKCE::credentials(CallbackValues values) const {
-  PKCE const pkce = *this;
-  auto const code = values.find("code");
-  if (code == values.end()) throw WebAuthError::noAuthorizationCode(values);
-  auto credentials = co_await exchange(pkce, code->second);
-  co_await validate(pkce, credentials.idToken());
-  co_return credentials;
+  return exchangeAndValidate(*this, std::move(values));
 }
 
 std::string PKCE::randomText() {

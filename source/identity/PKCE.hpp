@@ -26,7 +26,7 @@ struct PKCE {
   std::optional<int> maxAge = {};
   std::optional<std::string> organization = {};
 
-  /// Throws WebAuthError.
+  /// Throws WebAuthError. The task may outlive this.
   [[nodiscard]] Task<Credentials> credentials(CallbackValues values) const;
 
   /// The base64url of 32 random bytes: a verifier, or the state of a login.
