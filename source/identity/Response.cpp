@@ -3,6 +3,8 @@
 
 #include <boost/json/parse.hpp>
 
+#include "identity/Secrets.hpp"
+
 namespace vek {
 namespace {
 
@@ -23,7 +25,7 @@ boost::json::value Response::json() const {
   bool const isSuccess = status >= 200 && status <= 299;
   boost::system::error_code fault;
   auto value = boost::json::parse(*data, fault);
-  if (fault && isSuccess && data->starts_with('{')) {
+  if (fault && isSuccess && namesSecret(*data)) {
     // Tokens that were damaged on their way: the body must not become a text.
     throw AuthenticationError(
         std::make_exception_ptr(DecodingError("$: not JSON: " + fault.message())), status);

@@ -114,6 +114,7 @@ TEST_F(Auth0AuthenticationTest, SaysWhatTheAnswerMeans) {
     char const* code = "";
     char const* description = "";
   };
+  constexpr char const* notJSON = "Unable to complete the operation. CAUSE: $: not JSON: ";
   for (auto const& [answer, status, code, description] : {
            Case{ScriptedAnswer::of(403, ""), 403, "a0.sdk.internal_error.empty",
                 "Empty response body."},
@@ -137,8 +138,15 @@ TEST_F(Auth0AuthenticationTest, SaysWhatTheAnswerMeans) {
                 200, "a0.sdk.internal_error.plain",
                 "Unable to complete the operation. CAUSE: $.expires_in: missing"},
            Case{ScriptedAnswer::of(200, R"({"access_token":"secret-a","tok)"), 200,
-                "a0.sdk.internal_error.plain",
-                "Unable to complete the operation. CAUSE: $: not JSON: incomplete JSON"},
+                "a0.sdk.internal_error.plain", notJSON},
+           Case{ScriptedAnswer::of(200, "\xef\xbb\xbf{\"access_token\":\"secret-a\"}"), 200,
+                "a0.sdk.internal_error.plain", notJSON},
+           Case{ScriptedAnswer::of(200, "\n{\"refresh_token\":\"secret-r\""), 200,
+                "a0.sdk.internal_error.plain", notJSON},
+           Case{ScriptedAnswer::of(200, ")]}'\n{\"id_token\":\"secret-i\"}"), 200,
+                "a0.sdk.internal_error.plain", notJSON},
+           Case{ScriptedAnswer::of(200, "access_token=secret-a&expires_in=60"), 200,
+                "a0.sdk.internal_error.plain", notJSON},
            Case{ScriptedAnswer::of(200, std::string(2'000'000, ' ')), 0,
                 "a0.sdk.internal_error.plain",
                 "Unable to complete the operation. CAUSE: The server's answer is too large."},
