@@ -15,16 +15,27 @@ std::int32_t DesktopKeychainStore::perform(Operation operation) {
   return hasService_ ? status : operation(files_);
 }
 
+/// What the service has taken must not stay in a file as well.
+std::int32_t DesktopKeychainStore::kept(Key const& key, std::int32_t status) {
+  if (hasService_ && status == errSecSuccess) files_.remove(key.service, key.account);
+  return status;
+}
+
 std::int32_t DesktopKeychainStore::add(Key const& key, std::string const& bytes) {
-  return perform([&](KeychainStore& store) { return store.add(key, bytes); });
+  return kept(key, perform([&](KeychainStore& store) { return store.add(key, bytes); }));
 }
 
 std::int32_t DesktopKeychainStore::replace(Key const& key, std::string const& bytes) {
-  return perform([&](KeychainStore& store) { return store.replace(key, bytes); });
+  return kept(key, perform([&](KeychainStore& store) { return store.replace(key, bytes); }));
 }
 
 std::int32_t DesktopKeychainStore::read(Key const& key, std::string& bytes) {
-  return perform([&](KeychainStore& store) { return store.read(key, bytes); });
+  std::int32_t const status = perform([&](KeychainStore& store) { return store.read(key, bytes); });
+  if (!hasService_ || status != errSecItemNotFound) return status;
+  std::int32_t const ofFiles = files_.read(key, bytes);
+  // Where the service does not take it, the file is good for longer.
+  if (ofFiles == errSecSuccess) kept(key, service_.add(key, bytes));
+  return ofFiles;
 }
 
 std::int32_t DesktopKeychainStore::remove(std::string const& service,
@@ -33,7 +44,8 @@ std::int32_t DesktopKeychainStore::remove(std::string const& service,
       perform([&](KeychainStore& store) { return store.remove(service, account); });
   if (!hasService_) return status;
   std::int32_t const ofFiles = files_.remove(service, account);
-  return status == errSecItemNotFound ? ofFiles : status;
+  bool const isGone = status == errSecSuccess || status == errSecItemNotFound;
+  return isGone && ofFiles != errSecItemNotFound ? ofFiles : status;
 }
 
 std::int32_t DesktopKeychainStore::list(std::string const& service,

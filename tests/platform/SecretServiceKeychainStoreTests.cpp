@@ -153,15 +153,23 @@ TEST_F(SecretServiceTest, FilesStandInOnlyUntilTheServiceHasAnswered) {
   EXPECT_EQ(readFile(file), "in a file");
 
   service_.start();
-  EXPECT_TRUE(comesTrue([&] { return textOf(store) == notFound; }));
-  EXPECT_EQ(store.add(key, "in the service"), errSecSuccess);
-  EXPECT_EQ(textOf(store), "in the service");
+  EXPECT_TRUE(comesTrue([&] {
+    return textOf(store) == "in a file" && !std::filesystem::exists(file);
+  })) << "it has moved";
+  SecretServiceKeychainStore inService;
+  EXPECT_EQ(textOf(inService), "in a file");
+  FileKeychainStore files(folder / "keychain");
+  EXPECT_EQ(files.add(key, "left over"), errSecSuccess);
+  EXPECT_EQ(textOf(store), "in a file");
+  EXPECT_EQ(store.replace(key, "in the service"), errSecSuccess);
+  EXPECT_FALSE(std::filesystem::exists(file));
   service_.kill();
   EXPECT_EQ(store.replace(key, "nowhere"), errSecNotAvailable);
   service_.start();
   EXPECT_TRUE(comesTrue([&] { return textOf(store) == "in the service"; }));
+  EXPECT_EQ(files.add(key, "left over"), errSecSuccess);
   EXPECT_EQ(store.remove(key.service, key.account), errSecSuccess);
-  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_EQ(textOf(store), notFound) << "neither here nor there";
 }
 
 TEST(DesktopKeychainStore, UsesFilesWithoutABus) {
