@@ -94,11 +94,13 @@ std::int32_t FileKeychainStore::read(Key const& key, std::string& bytes) {
 
 std::int32_t FileKeychainStore::remove(std::string const& service,
                                        std::optional<std::string> const& account) {
-  std::vector<std::string> accounts;
-  if (std::int32_t const status = list(service, accounts); status != errSecSuccess) return status;
+  if (!isFileName(service)) return errSecItemNotFound;
   return guarded([&] {
     auto const folder = folder_ / service;
+    if (!std::filesystem::exists(folder)) return errSecItemNotFound;
     Writing const writing(folder);
+    std::vector<std::string> accounts;
+    if (auto const status = list(service, accounts); status != errSecSuccess) return status;
     bool isAnyRemoved = false;
     for (auto const& each : accounts) {
       if (account && each != *account) continue;

@@ -110,7 +110,10 @@ TEST_F(FileKeychainTest, OthersCanReadNothingAtAnyMoment) {
   EXPECT_EQ(modeOf(files_), 0700U) << "although it was there with another mode";
 }
 
-TEST_F(FileKeychainTest, WhatAKilledWriterLeftGoesWithTheNextWrite) {
+TEST_F(FileKeychainTest, WhatAKilledWriterLeftGoesWithTheNextWriteOrRemoval) {
+  replaceFile(files_ / ".a.Xy12zz", "a token");
+  EXPECT_EQ(keychain_.SecItemDelete(item("a")), errSecItemNotFound);
+  EXPECT_FALSE(std::filesystem::exists(files_ / ".a.Xy12zz"));
   ASSERT_EQ(keychain_.SecItemAdd(with(item("a"), {{kSecValueData, Data{"old"}}})), errSecSuccess);
   replaceFile(files_ / ".a.Xy12zz", "a token");
   EXPECT_EQ(keychain_.SecItemUpdate(item("a"), {{kSecValueData, Data{"new"}}}), errSecSuccess);
