@@ -20,8 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// About as long as it takes to store a record, or to renew it.
-constexpr int longestLife = 60;
+/// In milliseconds; about as long as it takes to store a record, or to renew it.
+constexpr int shortLife = 60;
 
 }  // namespace
 
@@ -42,19 +42,36 @@ ChildProcess CredentialsKills::startKeeper(std::string const& mode) const {
 }
 
 std::string CredentialsKills::kill(std::string const& mode, int times) {
-  std::uniform_int_distribution<int> life(0, longestLife);
+  int longestLife = shortLife;
+  int landed = 0;
   for (int i = 1; i <= times; ++i) {
+    std::uniform_int_distribution<int> life(0, longestLife);
+    auto const before = traces();
     {
       ChildProcess keeper = startKeeper(mode);
       if (!keeper.readLine()) return "The program did not begin.";
       std::this_thread::sleep_for(std::chrono::milliseconds(life(random_)));
+    }
+    if (traces() != before) {
+      ++landed;
+    } else {
+      // Here it takes longer to begin.
+      longestLife *= 2;
     }
     if (auto const broken = damage(); !broken.empty()) {
       return "After kill " + std::to_string(i) + ": " + broken + "\n" +
              readFile(folder_ / "errors").value_or("");
     }
   }
+  if (landed == 0) return "Each program was killed before it had done anything.";
   return readFile(folder_ / "errors").value_or("");
+}
+
+/// What changes as soon as a program has stored or asked for something: the item, and the number of
+/// requests.
+std::pair<std::optional<std::string>, std::size_t> CredentialsKills::traces() const {
+  Keychain::shared().forget();
+  return {manager_.storage->readEntry(manager_.storeKey), provider_.server.received().size()};
 }
 
 /// What is wrong with the item, or with the login that it stands for.

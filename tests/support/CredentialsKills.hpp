@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -23,7 +25,8 @@ class CredentialsKills {
   explicit CredentialsKills(Place place);
 
   /// Kills a program at a random moment, so many times. What one kill has broken, in words; empty
-  /// when the item was the old or the new record each time and could be renewed.
+  /// when some came after the program had begun its work, and the item was the old or the new
+  /// record each time and could be renewed.
   std::string killWhileStoring(int times) { return kill("store", times); }
   std::string killWhileRenewing(int times) { return kill("renew", times); }
 
@@ -34,6 +37,7 @@ class CredentialsKills {
 
  private:
   std::string kill(std::string const& mode, int times);
+  [[nodiscard]] std::pair<std::optional<std::string>, std::size_t> traces() const;
   [[nodiscard]] std::string damage() const;
   [[nodiscard]] ChildProcess startKeeper(std::string const& mode) const;
 
