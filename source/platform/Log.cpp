@@ -49,8 +49,15 @@ void writeToJournal(LogLevel level, std::string_view category, std::string_view 
   sd_journal_sendv(vectors.data(), static_cast<int>(vectors.size()));
 }
 
+/// What could steer a terminal. Words of strangers stand in messages.
+bool isControl(char character) {
+  auto const byte = static_cast<unsigned char>(character);
+  return (byte < 0x20 && character != '\n' && character != '\t') || byte == 0x7F;
+}
+
 void writeToStderr(LogLevel level, std::string_view category, std::string_view message) {
   std::string line = fmt::format("{} [{}] {}: {}\n", subsystem, category, name(level), message);
+  std::erase_if(line, isControl);
   std::string_view rest = line;
   while (!rest.empty()) {
     ssize_t const written = ::write(STDERR_FILENO, rest.data(), rest.size());

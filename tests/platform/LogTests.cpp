@@ -42,6 +42,13 @@ TEST(Log, LevelComesFromTheEnvironment) {
   }
 }
 
+TEST(Log, LeavesOutWhatSteersATerminal) {
+  testing::internal::CaptureStderr();
+  systemLogSink()(LogLevel::error, "AuthClient", "a\x1b[2Jb\r\x7f\a\n\tc \xc3\xa4");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "com.vek.app [AuthClient] error: a[2Jb\n\tc \xc3\xa4\n");
+}
+
 TEST(Log, LinesOfManyThreadsStayWhole) {
   testing::internal::CaptureStderr();
   {
