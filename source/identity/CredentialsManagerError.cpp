@@ -12,7 +12,7 @@ std::string message(CredentialsManagerError::Code code) {
   using enum CredentialsManagerError::Code;
   switch (code) {
     case largeMinTTL:
-      return "The minTTL requested is greater than the lifetime of the token.";
+      break;
     case noCredentials:
       return "No credentials were found in the store.";
     case noRefreshToken:
