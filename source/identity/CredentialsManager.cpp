@@ -8,6 +8,7 @@
 
 #include "identity/CredentialsArchive.hpp"
 #include "identity/CredentialsManagerError.hpp"
+#include "platform/Keychain.hpp"
 #include "platform/KeychainLock.hpp"
 #include "runtime/CallbackOperation.hpp"
 
@@ -119,6 +120,11 @@ class Retrieval : public std::enable_shared_from_this<Retrieval> {
           renewed.expiresIn() - std::chrono::system_clock::now());
       return std::make_exception_ptr(CredentialsManagerError::largeMinTTL(minTTL_, lifetime));
     }
+    // Who logs out, or in again, does not wait for the lock, and has the last word.
+    Keychain::shared().forget();
+    auto const current = read();
+    if (!current) return failure(Code::noCredentials);
+    if (current->refreshToken() != old.refreshToken()) return *current;
     if (!store(*storage_, storeKey_, renewed)) return failure(Code::storeFailed);
     return renewed;
   }

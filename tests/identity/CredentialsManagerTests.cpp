@@ -198,6 +198,19 @@ TEST_F(CredentialsManagerTest, FindsWhatAnotherProgramRenewedMeanwhile) {
   EXPECT_EQ(provider_.server.received().size(), 0U);
 }
 
+TEST_F(CredentialsManagerTest, LogoutOrLoginDuringARenewalHasTheLastWord) {
+  provider_.setMeanwhile([&] { EXPECT_TRUE(keychain_->removeEntry("credentials")); });
+  ASSERT_TRUE(manager_.store(record(-1s)));
+  EXPECT_EQ(retrieve(), noCredentials);
+  EXPECT_FALSE(stored());
+
+  provider_.setMeanwhile([&] { EXPECT_TRUE(manager_.store(record(60s, "of-another-login"))); });
+  ASSERT_TRUE(manager_.store(record(-1s)));
+  EXPECT_EQ(retrieve(), "stored");
+  EXPECT_EQ(stored()->refreshToken(), "of-another-login");
+  EXPECT_EQ(provider_.renewals(), 2);
+}
+
 TEST(CredentialsArchive, KeepsAllFieldsAndReadsNothingElse) {
   Credentials::Fields const fields{.accessToken = "a \"quoted\" t\xc3\xb6ken",
                                    .tokenType = "Bearer",

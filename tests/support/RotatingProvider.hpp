@@ -5,11 +5,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <boost/json/parse.hpp>
 
@@ -29,6 +31,12 @@ class RotatingProvider {
   std::string answerFields = R"("expires_in":3600,"scope":"openid")";
   std::atomic<std::chrono::milliseconds> delay{std::chrono::milliseconds(0)};
 
+  /// Has this happen while each further renewal is under way.
+  void setMeanwhile(std::function<void()> event) {
+    std::lock_guard const lock(mutex_);
+    meanwhile_ = std::move(event);
+  }
+
   [[nodiscard]] std::string url() const { return server.url() + "/"; }
   /// Whether the next use of this refresh token is a good one.
   [[nodiscard]] bool isGood(std::string const& refreshToken) const {
@@ -45,6 +53,7 @@ class RotatingProvider {
     auto const used = std::string(boost::json::parse(request.body).at("refresh_token").as_string());
     std::this_thread::sleep_for(delay.load());
     std::lock_guard const lock(mutex_);
+    meanwhile_();
     isRevoked_ |= !predecessors_.contains(used) || spent_.contains(used);
     if (isRevoked_) {
       return ScriptedAnswer::of(403, R"({"error":"invalid_grant","error_description":"Revoked."})");
@@ -59,6 +68,7 @@ class RotatingProvider {
   }
 
   mutable std::mutex mutex_;
+  std::function<void()> meanwhile_ = [] {};
   std::map<std::string, std::string> predecessors_ = {{"refresh-0", ""}};
   std::set<std::string> spent_;
   bool isRevoked_ = false;
