@@ -17,9 +17,6 @@ namespace {
 
 using Code = CredentialsManagerError::Code;
 
-/// Longer than a request can take.
-constexpr std::chrono::seconds longestRenewal{90};
-
 std::set<std::string> wordsOf(std::string const& scope) {
   std::istringstream stream(scope);
   return {std::istream_iterator<std::string>(stream), {}};
@@ -50,7 +47,8 @@ class Retrieval : public std::enable_shared_from_this<Retrieval> {
         minTTL_(minTTL),
         parameters_(std::move(parameters)),
         headers_(std::move(headers)),
-        callback_(std::move(callback)) {}
+        callback_(std::move(callback)),
+        deadline_(std::chrono::steady_clock::now() + manager.patience) {}
 
   /// On the queue.
   void run() {
@@ -59,7 +57,10 @@ class Retrieval : public std::enable_shared_from_this<Retrieval> {
     auto stored = read();
     if (auto const outcome = outcomeWithoutRenewal(stored)) return end(*outcome);
     try {
-      lock_.emplace(storeKey_, longestRenewal);
+      // What passed in the queue counts: a program that has stopped is waited for once, not by one
+      // caller after the other.
+      lock_.emplace(storeKey_, std::chrono::ceil<std::chrono::milliseconds>(
+                                   deadline_ - std::chrono::steady_clock::now()));
     } catch (std::system_error const&) {
       return end(failure(Code::renewFailed, std::current_exception()));
     }
@@ -144,6 +145,7 @@ class Retrieval : public std::enable_shared_from_this<Retrieval> {
   boost::json::object parameters_;
   std::map<std::string, std::string> headers_;
   CredentialsManager::Callback callback_;
+  std::chrono::steady_clock::time_point deadline_;
   std::optional<KeychainLock> lock_;
 };
 

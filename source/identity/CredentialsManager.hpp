@@ -35,6 +35,8 @@ struct CredentialsManager {
       std::make_shared<SerialQueue>("com.auth0.credentialsmanager.serial");
   std::shared_ptr<DispatchGroup> dispatchGroup = std::make_shared<DispatchGroup>();
   std::optional<BioAuthentication> bioAuth = {};
+  /// How long a caller waits for other programs to renew: longer than a request can take.
+  std::chrono::milliseconds patience = std::chrono::seconds(90);
 
   /// Whether they are stored now. Blocks.
   bool store(Credentials const& credentials) const;

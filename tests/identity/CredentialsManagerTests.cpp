@@ -7,6 +7,7 @@
 #include "platform/FileKeychainStore.hpp"
 #include "platform/Keychain.hpp"
 #include "platform/KeychainLock.hpp"
+#include "runtime/ErrorObject.hpp"
 #include "runtime/SyncWait.hpp"
 #include "runtime/WhenAll.hpp"
 #include "support/Environment.hpp"
@@ -209,6 +210,23 @@ TEST_F(CredentialsManagerTest, LogoutOrLoginDuringARenewalHasTheLastWord) {
   EXPECT_EQ(retrieve(), "stored");
   EXPECT_EQ(stored()->refreshToken(), "of-another-login");
   EXPECT_EQ(provider_.renewals(), 2);
+}
+
+TEST_F(CredentialsManagerTest, ProgramThatStoppedIsWaitedForOnceByAll) {
+  ASSERT_TRUE(manager_.store(record(-1s)));
+  KeychainLock const stopped("credentials", 1s);
+  manager_.patience = 300ms;
+  auto const begin = std::chrono::steady_clock::now();
+  std::vector<Task<>> tasks;
+  for (int i = 0; i < 30; ++i) {
+    tasks.push_back([](CredentialsManager manager) -> Task<> {
+      auto const outcome = co_await attempt(manager.credentials());
+      EXPECT_THAT(ErrorObject(outcome.error()).localizedDescription(),
+                  testing::StartsWith("The credentials renewal failed. CAUSE: "));
+    }(manager_));
+  }
+  syncWait(whenAll(std::move(tasks)));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "and not 9";
 }
 
 TEST(CredentialsArchive, KeepsAllFieldsAndReadsNothingElse) {
