@@ -2,8 +2,8 @@
 // The redirect at the end of a login, which any page in the browser can forge.
 #include "FuzzInput.hpp"
 #include "identity/AuthenticationError.hpp"
-#include "platform/CallbackValues.hpp"
 #include "identity/WebAuthError.hpp"
+#include "platform/CallbackValues.hpp"
 #include "platform/URLComponents.hpp"
 
 namespace vek {
