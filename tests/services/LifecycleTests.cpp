@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <fstream>
 #include <thread>
 
 #include "platform/Files.hpp"
@@ -34,6 +35,14 @@ std::string integrity(LocalServices const& services) {
 mode_t modeOf(std::filesystem::path const& path) {
   struct stat state{};
   return stat(path.c_str(), &state) == 0 ? state.st_mode & 0777 : 0;
+}
+
+TEST(Lifecycle, ItsMemoryIsNeverLeftInAFile) {
+  LocalServices const services;
+  std::ifstream limits("/proc/" + std::to_string(services.pid()) + "/limits");
+  std::string line;
+  while (!line.starts_with("Max core file size") && std::getline(limits, line)) continue;
+  EXPECT_THAT(line, testing::MatchesRegex("Max core file size +[01] .*"));
 }
 
 TEST(Lifecycle, AGentleRestartKeepsDataSessionsAndCertificates) {
