@@ -10,6 +10,7 @@
 #include <boost/json/serialize.hpp>
 
 #include "records/Base64URL.hpp"
+#include "records/DuplicateMembers.hpp"
 #include "services/support/OpenSSL.hpp"
 #include "services/support/Secret.hpp"
 
@@ -60,7 +61,9 @@ std::optional<boost::json::object> objectOf(std::string_view part) {
   if (!text) return std::nullopt;
   boost::system::error_code error;
   auto value = boost::json::parse(*text, error);
-  if (error || !value.is_object()) return std::nullopt;
+  if (error || !value.is_object() || hasDuplicateMembers(value.as_object(), *text)) {
+    return std::nullopt;
+  }
   return std::move(value.as_object());
 }
 

@@ -10,6 +10,7 @@
 #include "services/identity/TokenEndpoint.hpp"
 #include "services/support/Secret.hpp"
 #include "support/TemporaryFolder.hpp"
+#include "support/TokenSigner.hpp"
 
 namespace vek::test {
 
@@ -97,8 +98,13 @@ TEST_F(TokenTest, OnlyAnUnendedTokenOfThisIssuerForThisAudienceOpensAnything) {
   };
   auto flipped = good;
   flipped[last + 10] = flipped[last + 10] == 'A' ? 'B' : 'A';
-  auto const publicKey = keys.keySet();
-  auto const keyed = withHeader(R"({"alg":"HS256"})");
+  auto const stored = store.signingKeys().back();
+  TokenSigner const signer(stored.pem);
+  auto const header = [&](std::string const& algorithm, std::string const& more = "") {
+    return R"({"alg":")" + algorithm + R"(","kid":")" + stored.id + "\"" + more + "}";
+  };
+  auto const body = Base64URL::decode(claims).value();
+  auto const keyed = withHeader(header("HS256"));
   auto object = *keys.verified(good);
   auto const resigned = [&](std::string_view claim, boost::json::value value) {
     auto changed = object;
@@ -110,6 +116,7 @@ TEST_F(TokenTest, OnlyAnUnendedTokenOfThisIssuerForThisAudienceOpensAnything) {
   SigningKeys foreign(otherStore, {.key = day, .token = hour}, now);
 
   EXPECT_EQ(tokens.user(resigned("extra", 1), now), UserID(7));
+  EXPECT_EQ(tokens.user(signer.token(header("RS256"), body), now), UserID(7));
   std::string const refused[] = {
       "",
       "..",
@@ -119,11 +126,15 @@ TEST_F(TokenTest, OnlyAnUnendedTokenOfThisIssuerForThisAudienceOpensAnything) {
       text,
       text + ".",
       flipped,
-      withHeader(R"({"alg":"none"})") + '.',
-      withHeader(R"({"alg":"none"})") + good.substr(last),
-      keyed + '.' + Base64URL::encode(hmac(publicKey, keyed)),
-      withHeader(R"({"alg":"RS256"})") + good.substr(last),
-      withHeader(R"({"alg":"RS256","kid":"unknown"})") + good.substr(last),
+      withHeader(header("none")) + '.',
+      withHeader(header("none")) + good.substr(last),
+      keyed + '.' + Base64URL::encode(hmac(keys.keySet(), keyed)),
+      keyed + '.' + Base64URL::encode(hmac(signer.publicPEM(), keyed)),
+      signer.token(header("HS256"), body),
+      signer.token(R"({"alg":"RS256"})", body),
+      signer.token(R"({"alg":"RS256","kid":"unknown"})", body),
+      signer.token(header("RS256", R"(,"alg":"RS256")"), body),
+      signer.token(header("RS256"), R"({"sub":"another",)" + body.substr(1)),
       foreign.sign(object, now),
       resigned("iss", "https://localhost:8444/"),
       resigned("aud", "vek-desktop"),

@@ -2,9 +2,11 @@
 #include "support/TokenSigner.hpp"
 
 #include <fmt/format.h>
+#include <openssl/bio.h>
 #include <openssl/bn.h>
 #include <openssl/core_names.h>
 #include <openssl/evp.h>
+#include <openssl/pem.h>
 
 #include <stdexcept>
 
@@ -45,6 +47,20 @@ TokenSigner::TokenSigner(unsigned bits, unsigned long exponent) {
   checked(EVP_PKEY_generate(context, &key));
   key_ = {key, EVP_PKEY_free};
   EVP_PKEY_CTX_free(context);
+}
+
+TokenSigner::TokenSigner(std::string const& pem) {
+  std::shared_ptr<BIO> const memory(
+      checked(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size()))), BIO_free);
+  key_ = {checked(PEM_read_bio_PrivateKey(memory.get(), nullptr, nullptr, nullptr)), EVP_PKEY_free};
+}
+
+std::string TokenSigner::publicPEM() const {
+  std::shared_ptr<BIO> const memory(checked(BIO_new(BIO_s_mem())), BIO_free);
+  checked(PEM_write_bio_PUBKEY(memory.get(), static_cast<EVP_PKEY*>(key_.get())));
+  char* text = nullptr;
+  auto const size = BIO_get_mem_data(memory.get(), &text);
+  return {text, static_cast<std::size_t>(size)};
 }
 
 std::string TokenSigner::modulus() const {
