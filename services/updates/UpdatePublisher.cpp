@@ -21,6 +21,8 @@ constexpr std::string_view pagePath = "/updates";
 constexpr std::string_view listPath = "/updates/feed.json";
 constexpr std::string_view signaturePath = "/updates/feed.json.signature";
 
+constexpr std::int64_t secondsOfAYear = 365 * 24 * 60 * 60;
+
 std::string publicPEM(EVP_PKEY* key) {
   Memory const memory(checked(BIO_new(BIO_s_mem()), "writing a key"));
   checked(PEM_write_bio_PUBKEY(memory.get(), key) == 1, "writing a key");
@@ -64,6 +66,7 @@ UpdatePublisher::UpdatePublisher(DataFolder const& folder, std::string version,
       list_(boost::json::serialize(boost::json::value{
           {"product", *Bundle::main().bundleIdentifier},
           {"serial", secondsNow()},
+          {"expires", secondsNow() + secondsOfAYear},
           {"version", version_},
           {"notes", "A version that exists to try updates with. There is nothing new in it."},
           {"link", url + std::string(pagePath)}})) {

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Ed25519PublicKey.hpp"
 
+#include <fmt/ranges.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 
+#include <algorithm>
+#include <array>
 #include <new>
 #include <utility>
+
+#include "platform/Cryptography.hpp"
 
 namespace vek {
 namespace {
@@ -38,6 +43,16 @@ bool Ed25519PublicKey::verifySignature(std::string_view message, std::string_vie
                                       bytes(message), message.size()) == 1;
   if (!holds) ERR_clear_error();
   return holds;
+}
+
+std::string Ed25519PublicKey::fingerprint() const {
+  std::array<unsigned char, 32> key{};
+  auto size = key.size();
+  EVP_PKEY_get_raw_public_key(static_cast<EVP_PKEY*>(key_.get()), key.data(), &size);
+  auto const digest = sha256({reinterpret_cast<char const*>(key.data()), size});
+  std::array<unsigned char, 8> first{};
+  std::copy_n(digest.begin(), first.size(), first.begin());
+  return fmt::format("{:02x}", fmt::join(first, ""));
 }
 
 }  // namespace vek

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace vek {
@@ -15,6 +16,9 @@ class Ed25519PublicKey {
 
   /// Whether the 64 bytes of `signature` are the key owner's over `message`.
   [[nodiscard]] bool verifySignature(std::string_view message, std::string_view signature) const;
+
+  /// Tells this key from others: 16 hexadecimal digits.
+  [[nodiscard]] std::string fingerprint() const;
 
  private:
   explicit Ed25519PublicKey(std::shared_ptr<void> key) : key_(std::move(key)) {}

@@ -126,7 +126,7 @@ void SoftwareUpdater::finish(Result<UpdateFeed::Release> const& result) {
   scheduleNextCheck();
   try {
     auto const& release = result.value();
-    rememberSerial(release.serial);
+    rememberSerial(release);
     if (!isNewer(release.item.version, parts_.installedVersion)) {
       if (state_.userInitiated) driver_.showUpdateNotFound(parts_.installedVersion);
     } else if (state_.userInitiated ||
@@ -155,10 +155,10 @@ void SoftwareUpdater::offer(UpdateItem const& item) {
                           state_);
 }
 
-void SoftwareUpdater::rememberSerial(std::uint64_t serial) const {
-  auto const latest = parts_.settings.latestSerial();
-  if (serial < latest) throw UpdateError(UpdateError::Code::outdated);
-  if (serial > latest) parts_.settings.setLatestSerial(serial);
+void SoftwareUpdater::rememberSerial(UpdateFeed::Release const& release) const {
+  auto const latest = parts_.settings.latestSerial(release.publisher);
+  if (release.serial < latest) throw UpdateError(UpdateError::Code::outdated);
+  if (release.serial > latest) parts_.settings.setLatestSerial(release.publisher, release.serial);
 }
 
 bool SoftwareUpdater::automaticallyChecksForUpdates() const {

@@ -71,7 +71,7 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
   void offer(UpdateItem const& item);
 
   /// Throws UpdateError for a list that is older than one seen before.
-  void rememberSerial(std::uint64_t serial) const;
+  void rememberSerial(UpdateFeed::Release const& release) const;
 
   Parts parts_;
   StandardUserDriver& driver_;

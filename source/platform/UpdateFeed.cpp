@@ -6,7 +6,6 @@
 #include <boost/json.hpp>
 #include <system_error>
 
-#include "platform/Ed25519PublicKey.hpp"
 #include "platform/Files.hpp"
 #include "platform/HTTPError.hpp"
 #include "platform/URLComponents.hpp"
@@ -67,11 +66,15 @@ std::string optionalText(boost::json::object const& object, std::string_view key
   return object.contains(key) ? text(object, key, longest) : std::move(instead);
 }
 
-std::uint64_t serial(boost::json::object const& object) {
-  auto const* value = object.if_contains("serial");
+std::int64_t wholeNumber(boost::json::object const& object, std::string_view key) {
+  auto const* value = object.if_contains(key);
   auto const* number = value ? value->if_int64() : nullptr;
-  if (!number || *number < 0) throw malformed("serial is not a whole number");
-  return static_cast<std::uint64_t>(*number);
+  if (!number || *number < 0) throw malformed(fmt::format("{} is not a whole number", key));
+  return *number;
+}
+
+std::chrono::sys_seconds now() {
+  return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
 }  // namespace
@@ -86,21 +89,34 @@ UpdateFeed::Release UpdateFeed::parse(std::string_view list) {
   auto name = optionalText(object, "displayVersion", version->text(), longestName);
   auto link = text(object, "link", longestLink);
   if (!isSecure(link)) throw malformed("link is no https address");
-  return {.item = {.version = std::move(*version),
-                   .displayVersionString = std::move(name),
-                   .notes = optionalText(object, "notes", "", largestList),
-                   .link = std::move(link)},
-          .serial = serial(object)};
+  return {
+      .item = {.version = std::move(*version),
+               .displayVersionString = std::move(name),
+               .notes = optionalText(object, "notes", "", largestList),
+               .link = std::move(link)},
+      .serial = static_cast<std::uint64_t>(wholeNumber(object, "serial")),
+      .expires = std::chrono::sys_seconds(std::chrono::seconds(wholeNumber(object, "expires")))};
 }
 
 Task<UpdateFeed::Release> UpdateFeed::latest() const {
   if (url_.empty()) throw UpdateError(Code::noFeed);
   if (!isSecure(url_)) throw UpdateError(Code::insecureFeed);
   auto const key = readKey(publicKey_);
-  auto const [list, signature] =
+  auto list = co_await fetchSigned(key);
+  // One that is being replaced has the signature of the other for a moment.
+  if (!list) list = co_await fetchSigned(key);
+  if (!list) throw UpdateError(Code::badSignature);
+  auto release = parse(*list);
+  if (release.expires <= now()) throw UpdateError(Code::outdated);
+  release.publisher = key.fingerprint();
+  co_return release;
+}
+
+Task<std::optional<std::string>> UpdateFeed::fetchSigned(Ed25519PublicKey key) const {
+  auto [list, signature] =
       co_await whenAll(fetch(url_, largestList), fetch(url_ + ".signature", largestSignature));
-  if (!key.verifySignature(list, signature)) throw UpdateError(Code::badSignature);
-  co_return parse(list);
+  if (!key.verifySignature(list, signature)) co_return std::nullopt;
+  co_return std::move(list);
 }
 
 Task<std::string> UpdateFeed::fetch(std::string url, std::size_t largestBody) const {

@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <system_error>
+#include <utility>
 
 #include "platform/Log.hpp"
 
@@ -48,8 +49,8 @@ Setting<bool> truthSetting(char const* name, bool otherwise) {
 }
 
 template <class Number>
-Setting<Number> numberSetting(char const* name) {
-  return {{.name = name,
+Setting<Number> numberSetting(std::string name) {
+  return {{.name = std::move(name),
            .defaultValue = 0,
            .serialize = [](Number value) { return std::to_string(value); },
            .deserialize = number<Number>}};
@@ -67,8 +68,8 @@ Setting<std::int64_t> lastCheckSetting() {
   return numberSetting<std::int64_t>("lastUpdateCheck");
 }
 
-Setting<std::uint64_t> serialSetting() {
-  return numberSetting<std::uint64_t>("latestUpdateSerial");
+Setting<std::uint64_t> serialSetting(std::string const& publisher) {
+  return numberSetting<std::uint64_t>("latestUpdateSerial " + publisher);
 }
 
 Setting<std::string> skippedSetting() {
@@ -114,12 +115,12 @@ void UpdateSettings::setSkippedVersion(std::string const& version) const {
   skippedSetting().write(*defaults_, version);
 }
 
-std::uint64_t UpdateSettings::latestSerial() const {
-  return serialSetting().read(*defaults_);
+std::uint64_t UpdateSettings::latestSerial(std::string const& publisher) const {
+  return serialSetting(publisher).read(*defaults_);
 }
 
-void UpdateSettings::setLatestSerial(std::uint64_t serial) const {
-  serialSetting().write(*defaults_, serial);
+void UpdateSettings::setLatestSerial(std::string const& publisher, std::uint64_t serial) const {
+  serialSetting(publisher).write(*defaults_, serial);
 }
 
 }  // namespace vek

@@ -27,9 +27,10 @@ class UpdateSettings {
   /// The version that the user does not want to hear of again; empty for none.
   [[nodiscard]] std::string skippedVersion() const;
   void setSkippedVersion(std::string const& version) const;
-  /// The highest serial of a list of updates so far.
-  [[nodiscard]] std::uint64_t latestSerial() const;
-  void setLatestSerial(std::uint64_t serial) const;
+  /// The highest serial of a list of updates so far, of those signed with the same key: the lists
+  /// of another publisher are counted anew.
+  [[nodiscard]] std::uint64_t latestSerial(std::string const& publisher) const;
+  void setLatestSerial(std::string const& publisher, std::uint64_t serial) const;
 
  private:
   UserDefaults* defaults_;

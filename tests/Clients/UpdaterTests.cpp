@@ -21,12 +21,14 @@ using testing::IsEmpty;
 using Calls = std::vector<std::string>;
 using Release = UpdateFeed::Release;
 
-UpdateFeed::Release release(std::string_view version, std::uint64_t serial = 1) {
+UpdateFeed::Release release(std::string_view version, std::uint64_t serial = 1,
+                            std::string publisher = "maker") {
   return {.item = {.version = Version::parse(version).value(),
                    .displayVersionString = "“" + std::string(version) + "”",
                    .notes = {},
                    .link = "https://vek.test"},
-          .serial = serial};
+          .serial = serial,
+          .publisher = std::move(publisher)};
 }
 
 /// A screen that shows nothing and keeps what it was to show.
@@ -203,6 +205,11 @@ TEST_F(UpdaterTest, AnOlderListThanTheLatestIsRefused) {
   latest_ = release("0.9", 5);
   check();
   EXPECT_EQ(screen_.shown.back(), "has 1.0") << "what is older is no update";
+  latest_ = release("1.0", 900, "a trial");
+  check();
+  latest_ = release("1.0", 5);
+  check();
+  EXPECT_EQ(screen_.shown.back(), "has 1.0") << "the serial of another publisher is no measure";
 }
 
 TEST_F(UpdaterTest, FailuresOfTheScheduleAreSilent) {

@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <atomic>
+
 #include "platform/Files.hpp"
 #include "platform/UpdateError.hpp"
 #include "runtime/SyncWait.hpp"
@@ -17,7 +19,8 @@ using test::ReceivedRequest;
 using test::ScriptedAnswer;
 using enum UpdateError::Code;
 
-constexpr auto list = R"({"product": "com.vek.app", "serial": 7, "version": "2.0.1",
+constexpr auto list =
+    R"({"product": "com.vek.app", "serial": 7, "expires": 9000000000, "version": "2.0.1",
   "displayVersion": "2.0 \u201cNew\u201d", "notes": "Faster.", "link": "https://vek.test/get"})";
 
 /// A publisher, and a server that gives out a list with a signature.
@@ -51,10 +54,12 @@ class UpdateFeedTest : public testing::Test {
   test::UpdatePublisher const publisher_;
   ScriptedAnswer answer_;
   std::string signature_;
+  /// How many signatures are still those of another list.
+  std::atomic<int> lateSignatures_ = 0;
   HTTPSTestServer const server_{authority_, [this](ReceivedRequest const& request) {
-                                  return request.line == "GET /feed.json.signature"
-                                             ? ScriptedAnswer::of(200, signature_)
-                                             : answer_;
+                                  if (request.line != "GET /feed.json.signature") return answer_;
+                                  bool const isLate = lateSignatures_-- > 0;
+                                  return ScriptedAnswer::of(200, isLate ? "" : signature_);
                                 }};
 };
 
@@ -62,12 +67,14 @@ TEST_F(UpdateFeedTest, GivesWhatTheMakerPublished) {
   publish(list);
   auto const release = syncWait(feed().latest());
   EXPECT_EQ(release.serial, 7U);
+  EXPECT_THAT(release.publisher, testing::MatchesRegex("[0-9a-f]{16}"));
   EXPECT_EQ(release.item.version.text(), "2.0.1");
   EXPECT_EQ(release.item.displayVersionString, "2.0 \u201cNew\u201d");
   EXPECT_EQ(release.item.notes, "Faster.");
   EXPECT_EQ(release.item.link, "https://vek.test/get");
 
-  publish(R"({"product":"com.vek.app","serial":0,"version":"3","link":"https://vek.test"})");
+  publish(
+      R"({"product":"com.vek.app","serial":0,"expires":9000000000,"version":"3","link":"https://vek.test"})");
   auto const least = syncWait(feed().latest());
   EXPECT_EQ(least.item.displayVersionString, "3");
   EXPECT_EQ(least.item.notes, "");
@@ -85,6 +92,28 @@ TEST_F(UpdateFeedTest, BelievesTheMakerAlone) {
   // What is not signed is not read, however broken it is.
   publish(ScriptedAnswer::of(200, "{"), good);
   EXPECT_EQ(failure(feed()), badSignature);
+}
+
+TEST_F(UpdateFeedTest, AListThatIsBeingReplacedIsFetchedOnceMore) {
+  publish(list);
+  lateSignatures_ = 1;
+  EXPECT_EQ(syncWait(feed().latest()).serial, 7U);
+  lateSignatures_ = 2;
+  EXPECT_EQ(failure(feed()), badSignature);
+}
+
+TEST_F(UpdateFeedTest, AListOfLongAgoIsRefused) {
+  auto const expiringIn = [](std::chrono::seconds left) {
+    auto const expires = std::chrono::system_clock::now().time_since_epoch() + left;
+    return fmt::format(
+        R"({{"product":"com.vek.app","serial":9,"version":"3","link":"https://vek.test",)"
+        R"("expires":{}}})",
+        std::chrono::floor<std::chrono::seconds>(expires).count());
+  };
+  publish(expiringIn(std::chrono::hours(1)));
+  EXPECT_EQ(failure(feed()), std::nullopt);
+  publish(expiringIn(-std::chrono::seconds(1)));
+  EXPECT_EQ(failure(feed()), outdated);
 }
 
 TEST(UpdateFeed, ASignedListThatSaysNothingIsRefusedWithTheReason) {
@@ -107,6 +136,7 @@ TEST(UpdateFeed, ASignedListThatSaysNothingIsRefusedWithTheReason) {
             "too long"},
            {of("-1", R"("2")", link), "serial is not"},
            {of("1.5", R"("2")", link), "serial is not"},
+           {of("1", R"("2")", link), "expires is not"},
            {std::string(100, '['), "not JSON"},
        }) {
     EXPECT_THAT([&] { (void)UpdateFeed::parse(text); },
