@@ -2,6 +2,7 @@
 #include "platform/SoftwareUpdater.hpp"
 
 #include <fmt/format.h>
+#include <time.h>
 
 #include <algorithm>
 #include <random>
@@ -50,6 +51,13 @@ SoftwareUpdater::SoftwareUpdater(Parts parts, StandardUserDriver& driver,
                                  SoftwareUpdaterDelegate& delegate)
     : parts_(std::move(parts)), driver_(driver), delegate_(delegate) {}
 
+milliseconds SoftwareUpdater::uptime() {
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return std::chrono::duration_cast<milliseconds>(std::chrono::seconds(now.tv_sec) +
+                                                  std::chrono::nanoseconds(now.tv_nsec));
+}
+
 SoftwareUpdater::~SoftwareUpdater() {
   check_.cancel();
 }
@@ -67,9 +75,16 @@ void SoftwareUpdater::scheduleNextCheck() {
   auto const& schedule = parts_.schedule;
   // A check that lies in the future was none: the clock was wrong then.
   auto const left = passed.count() < 0 ? milliseconds(0) : schedule.interval - passed;
-  auto const delay = std::max(left, schedule.leastDelay) + upTo(schedule.jitter);
+  auto const least = hasFailed_ ? schedule.retryDelay : schedule.leastDelay;
+  auto const delay = std::max(left, least) + upTo(schedule.jitter);
   delegate_.updaterWillScheduleUpdateCheckAfterDelay(delay);
-  timer_ = std::make_unique<Timer>(delay, [weak = weak_from_this()] {
+  due_ = parts_.uptime() + delay;
+  awaitNextCheck();
+}
+
+void SoftwareUpdater::awaitNextCheck() {
+  auto const wait = std::min(due_ - parts_.uptime(), parts_.schedule.longestWait);
+  timer_ = std::make_unique<Timer>(wait, [weak = weak_from_this()] {
     MainQueue::shared().post([weak] {
       if (auto const self = weak.lock()) self->checkInBackground();
     });
@@ -77,6 +92,7 @@ void SoftwareUpdater::scheduleNextCheck() {
 }
 
 void SoftwareUpdater::checkInBackground() {
+  if (parts_.uptime() < due_) return awaitNextCheck();
   // Another program of the user's, or the user, may have been there first.
   if (session_ == Session::none && automaticallyChecksForUpdates()) {
     begin({.userInitiated = false});
@@ -122,11 +138,11 @@ Task<> SoftwareUpdater::check(std::weak_ptr<SoftwareUpdater> weak) {
 
 void SoftwareUpdater::finish(Result<UpdateFeed::Release> const& result) {
   session_ = Session::none;
-  parts_.settings.setLastCheck(std::chrono::system_clock::now());
-  scheduleNextCheck();
   try {
     auto const& release = result.value();
     rememberSerial(release);
+    hasFailed_ = false;
+    parts_.settings.setLastCheck(std::chrono::system_clock::now());
     if (!isNewer(release.item.version, parts_.installedVersion)) {
       if (state_.userInitiated) driver_.showUpdateNotFound(parts_.installedVersion);
     } else if (state_.userInitiated ||
@@ -134,9 +150,11 @@ void SoftwareUpdater::finish(Result<UpdateFeed::Release> const& result) {
       offer(release.item);
     }
   } catch (std::exception const& error) {
+    hasFailed_ = true;
     logger().error(fmt::format("The check for updates failed: {}", error.what()));
     if (state_.userInitiated) driver_.showUpdaterError(error.what());
   }
+  scheduleNextCheck();
 }
 
 void SoftwareUpdater::offer(UpdateItem const& item) {

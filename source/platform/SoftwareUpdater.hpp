@@ -27,6 +27,11 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
     std::chrono::milliseconds jitter = std::chrono::hours(1);
     /// From the start, which is busy enough, to the first check.
     std::chrono::milliseconds leastDelay = std::chrono::minutes(1);
+    /// At least, after a check that failed.
+    std::chrono::milliseconds retryDelay = std::chrono::hours(1);
+    /// It looks this often whether a check is due: a wait in one piece would leave out the time
+    /// that the machine sleeps.
+    std::chrono::milliseconds longestWait = std::chrono::minutes(15);
   };
 
   /// What it stands on.
@@ -38,6 +43,8 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
     /// Without a feed there is nothing that it could look for by itself.
     bool hasFeed = true;
     Schedule schedule = {};
+    /// How long the machine has been on, asleep or not.
+    std::function<std::chrono::milliseconds()> uptime = SoftwareUpdater::uptime;
 
     /// Those of this process.
     static Parts live();
@@ -62,7 +69,10 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
  private:
   enum class Session { none, checking, showing };
 
+  static std::chrono::milliseconds uptime();
+
   void scheduleNextCheck();
+  void awaitNextCheck();
   void checkInBackground();
   void begin(UserUpdateState state);
   void cancel();
@@ -78,6 +88,9 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
   SoftwareUpdaterDelegate& delegate_;
   std::unique_ptr<Timer> timer_;
   bool isStarted_ = false;
+  bool hasFailed_ = false;
+  /// The uptime of the next check.
+  std::chrono::milliseconds due_{0};
   Session session_ = Session::none;
   UserUpdateState state_;
   TaskHandle check_;

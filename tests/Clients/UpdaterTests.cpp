@@ -80,7 +80,9 @@ class UpdaterTest : public testing::Test {
     updater_ = UpdaterImpl::client(controller_);
   }
   /// A check each few milliseconds.
-  void startHasty() { start({.interval = 1ms, .jitter = 2ms, .leastDelay = 1ms}); }
+  void startHasty() {
+    start({.interval = 1ms, .jitter = 2ms, .leastDelay = 1ms, .retryDelay = 1ms});
+  }
 
   void check() {
     syncWait(updater_.checkForUpdates());
@@ -297,6 +299,36 @@ TEST_F(UpdaterTest, ChecksAreADayApartAndSpreadOverAnHour) {
   delays.all.clear();
   for (int i = 0; i < 10; ++i) delayAfter(now - 24h);
   EXPECT_NE(*std::ranges::min_element(delays.all), *std::ranges::max_element(delays.all));
+}
+
+TEST_F(UpdaterTest, ACheckThatFailsIsMadeAgainSoonerThanTheNextDay) {
+  Delays delays;
+  StandardUpdaterController controller(
+      StartingUpdater::yes, delays, delegate_,
+      {.latest = [this] { return latest(); }, .settings = settings_, .installedVersion = "1.0"});
+  failure_.emplace(UpdateError::Code::unreachable);
+  controller.checkForUpdates();
+  runMainQueue();
+  EXPECT_THAT(delays.all.back(), testing::AllOf(testing::Ge(1h), testing::Le(2h)));
+  failure_.reset();
+  controller.checkForUpdates();
+  runMainQueue();
+  EXPECT_GE(delays.all.back(), 24h - 1min);
+}
+
+TEST_F(UpdaterTest, TheTimeThatTheMachineSleepsCounts) {
+  std::chrono::milliseconds uptime = 5h;
+  settings_.setLastCheck(std::chrono::system_clock::now());
+  StandardUpdaterController const controller(StartingUpdater::yes, delegate_, delegate_,
+                                             {.latest = [this] { return latest(); },
+                                              .settings = settings_,
+                                              .installedVersion = "1.0",
+                                              .schedule = {.longestWait = 1ms},
+                                              .uptime = [&] { return uptime; }});
+  uptime += 23h;
+  EXPECT_FALSE(runMainQueueUntil([&] { return checks_ > 0; }, 50ms));
+  uptime += 2h;
+  EXPECT_TRUE(isChecked(1));
 }
 
 }  // namespace
