@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "platform/DesktopNotifications.hpp"
 
-#include <fmt/format.h>
 #include <systemd/sd-bus.h>
 
-#include <algorithm>
-#include <system_error>
+#include <chrono>
 
 #include "platform/Log.hpp"
 
 namespace vek {
 namespace {
 
-using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
-
 constexpr auto service = "org.freedesktop.Notifications";
 constexpr auto path = "/org/freedesktop/Notifications";
 constexpr auto interface = "org.freedesktop.Notifications";
 constexpr auto icon = "com.vek.app";
 constexpr std::int32_t asLongAsTheDaemonLikes = -1;
-constexpr std::uint64_t patienceInMicroseconds = 5'000'000;
+constexpr std::chrono::seconds patience(5);
 
 enum class Urgency : std::uint8_t { low, normal, critical };
 
@@ -55,27 +51,24 @@ std::string escaped(std::string const& text) {
   return escaped;
 }
 
-Message newCall(sd_bus* bus, char const* destination, char const* method) {
+SessionBusMessage newCall(sd_bus* bus, char const* destination, char const* method) {
   sd_bus_message* call = nullptr;
   sd_bus_message_new_method_call(bus, &call, destination, path, interface, method);
-  return {call, &sd_bus_message_unref};
+  return SessionBusMessage(call);
 }
 
 /// Null when the call fails, which the log is told.
-Message answer(sd_bus* bus, Message const& call) {
-  sd_bus_error error{};
-  sd_bus_message* reply = nullptr;
-  int const result = sd_bus_call(bus, call.get(), patienceInMicroseconds, &error, &reply);
-  if (result < 0) {
-    auto const cause = error.message ? std::string(error.message)
-                                     : std::error_code(-result, std::generic_category()).message();
-    Logger("notifications").error("The desktop shows no notification: " + cause);
-  }
-  sd_bus_error_free(&error);
-  return {reply, &sd_bus_message_unref};
+SessionBusMessage answer(sd_bus* bus, SessionBusMessage const& call) {
+  auto reply = callWithin(bus, call.get(), patience);
+  auto const* error = reply ? sd_bus_message_get_error(reply.get()) : nullptr;
+  if (reply && !error) return reply;
+  char const* cause = error ? error->message : "it does not answer";
+  Logger("notifications")
+      .error(std::string("The desktop shows no notification: ") + (cause ? cause : error->name));
+  return nullptr;
 }
 
-Message newNotify(sd_bus* bus, MutableNotificationContent const& content) {
+SessionBusMessage newNotify(sd_bus* bus, MutableNotificationContent const& content) {
   auto call = newCall(bus, service, "Notify");
   sd_bus_message_append(call.get(), "susss", "VEK", std::uint32_t{0}, icon, content.title.c_str(),
                         escaped(content.body).c_str());
@@ -94,14 +87,9 @@ sd_bus* DesktopNotifications::bus() {
   int processed = 1;
   while (bus_ && processed > 0) processed = sd_bus_process(bus_.get(), nullptr);
   if (bus_ && sd_bus_is_open(bus_.get()) > 0) return bus_.get();
-  sd_bus* opened = nullptr;
-  if (int const result = sd_bus_open_user(&opened); result < 0) {
-    auto const cause = std::error_code(-result, std::generic_category()).message();
-    Logger("notifications").error("There is no session bus: " + cause);
-    return nullptr;
-  }
-  bus_ = {opened, &sd_bus_flush_close_unref};
-  return opened;
+  bus_ = openSessionBus();
+  if (!bus_) Logger("notifications").error("There is no session bus.");
+  return bus_.get();
 }
 
 void DesktopNotifications::show(NotificationRequest const& request) {
@@ -126,9 +114,7 @@ void DesktopNotifications::withdraw(std::string const& identifier) {
   auto const call = newCall(bus, shown.daemon.c_str(), "CloseNotification");
   sd_bus_message_append(call.get(), "u", shown.number);
   // It may be gone already, with its daemon too, and is then as it should be.
-  sd_bus_error error{};
-  sd_bus_call(bus, call.get(), patienceInMicroseconds, &error, nullptr);
-  sd_bus_error_free(&error);
+  static_cast<void>(callWithin(bus, call.get(), patience));
 }
 
 }  // namespace vek

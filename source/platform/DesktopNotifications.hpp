@@ -3,13 +3,10 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 
 #include "platform/NotificationRequest.hpp"
-
-struct sd_bus;
-struct sd_bus_message;
+#include "platform/SessionBusCall.hpp"
 
 namespace vek {
 
@@ -31,7 +28,7 @@ class DesktopNotifications {
   /// The bus, opened when it is first needed and again when it was lost; null when there is none.
   sd_bus* bus();
 
-  std::shared_ptr<sd_bus> bus_;
+  SessionBus bus_;
   std::map<std::string, Shown> shown_;
 };
 

@@ -35,7 +35,11 @@ SessionBus openSessionBus() {
 SessionBusMessage callWithin(sd_bus* bus, sd_bus_message* call,
                              std::chrono::milliseconds patience) {
   SessionBusMessage reply;
-  if (sd_bus_call_async(bus, nullptr, call, &keepReply, &reply, 0) < 0) return reply;
+  sd_bus_slot* slot = nullptr;
+  if (sd_bus_call_async(bus, &slot, call, &keepReply, &reply, 0) < 0) return reply;
+  // An answer that comes too late has no place any more.
+  std::unique_ptr<sd_bus_slot, decltype(&sd_bus_slot_unref)> const pending(slot,
+                                                                           &sd_bus_slot_unref);
   // A call that waits by itself would not count the time that a bus takes to let us in.
   auto const deadline = Clock::now() + patience;
   while (!reply) {

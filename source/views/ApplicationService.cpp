@@ -7,15 +7,14 @@
 #include <utility>
 
 #include "platform/Log.hpp"
+#include "views/WindowOrder.hpp"
 
 namespace vek {
 
 namespace {
 
-/// What a Wayland desktop has to be shown for a window to come forward.
 void keepActivationToken(QVariantMap const& platformData) {
-  auto const token = platformData.value(QStringLiteral("activation-token")).toString();
-  if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+  vek::keepActivationToken(platformData.value(QStringLiteral("activation-token")).toString());
 }
 
 }  // namespace

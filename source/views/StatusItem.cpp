@@ -13,6 +13,8 @@
 #include <chrono>
 #include <utility>
 
+#include "views/WindowOrder.hpp"
+
 namespace vek {
 
 namespace {
@@ -90,7 +92,7 @@ void StatusItem::Activate(int, int) {
 }
 
 void StatusItem::ProvideXdgActivationToken(QString const& token) {
-  qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+  keepActivationToken(token);
 }
 
 }  // namespace vek

@@ -2,6 +2,7 @@
 #include "views/WindowOrder.hpp"
 
 #include <QPointer>
+#include <QString>
 #include <QWindow>
 
 namespace vek {
@@ -23,6 +24,10 @@ void orderFront(QWindow& window) {
 
 void activateFrontWindow() {
   if (frontWindow()) frontWindow()->requestActivate();
+}
+
+void keepActivationToken(QString const& token) {
+  if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
 }
 
 }  // namespace vek
