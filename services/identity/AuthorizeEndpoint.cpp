@@ -88,6 +88,10 @@ Response AuthorizeEndpoint::signIn(Request const& request,
   if (attempt.password.empty()) {
     return form(400, request, attempt.name, {"Enter your password.", Fields::password});
   }
+  // No account has such; neither is one worth a hash, or a place in the limiters.
+  if (attempt.name.size() > longestEntry || attempt.password.size() > longestEntry) {
+    return form(400, request, {}, {"Wrong name or password.", Fields::both});
+  }
   if (auto const time = wait(attempt); time > std::chrono::seconds(0)) {
     auto response = form(429, request, attempt.name,
                          {fmt::format("Too many attempts. Try again in {}.", duration(time))});
@@ -114,11 +118,8 @@ std::chrono::seconds AuthorizeEndpoint::wait(Attempt const& attempt) const {
 }
 
 std::optional<std::int64_t> AuthorizeEndpoint::accountKey(Attempt const& attempt) {
-  bool const isPlausible =
-      attempt.name.size() <= longestEntry && attempt.password.size() <= longestEntry;
-  auto const login = isPlausible ? store_.login(attempt.name) : std::nullopt;
-  bool const isRight =
-      isPassword(isPlausible ? attempt.password : std::string(), login ? login->password : nobody_);
+  auto const login = store_.login(attempt.name);
+  bool const isRight = isPassword(attempt.password, login ? login->password : nobody_);
   return login && isRight ? std::optional(login->accountKey) : std::nullopt;
 }
 

@@ -217,6 +217,26 @@ TEST_F(Identity, GuessingSlowsDownForOneAccountAndNotForAnother) {
   EXPECT_EQ(guesser.submit(account.name, "a guess").status, 400) << "the count begins anew";
 }
 
+TEST_F(Identity, GuessingSlowsDownForAnAddressWhateverTheNames) {
+  LocalServices services;
+  IdentityClient guesser(services);
+  for (auto const& [name, password] : {std::pair(std::string(257, 'n'), std::string("a guess")),
+                                       std::pair(std::string("a name"), std::string(257, 'p'))}) {
+    auto const answer = guesser.submit(name, password);
+    EXPECT_EQ(answer.status, 400);
+    EXPECT_THAT(answer.body, HasSubstr("Wrong name or password."));
+  }
+  // On a slow machine the first short waits are over before the next attempt.
+  int failures = 0;
+  long status = 400;
+  while (status == 400 && failures < 30) {
+    status = guesser.submit(std::to_string(failures), "a guess").status;
+    if (status == 400) ++failures;
+  }
+  EXPECT_EQ(status, 429);
+  EXPECT_GE(failures, 20);
+}
+
 TEST_F(Identity, ACodeIsOnlyGoodForWhomItWasIssuedTo) {
   struct Case {
     IdentityClient::Parameters replaced;
