@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 #include "runtime/MainQueue.hpp"
@@ -21,10 +22,20 @@ namespace {
 constexpr std::size_t largestBody = std::size_t{8} << 20U;
 constexpr std::chrono::seconds longestWait(20);
 constexpr qint64 mostPixels = 16'000'000;
-/// No window is wider; larger pictures are made smaller.
-constexpr int widest = 2000;
-constexpr qsizetype cacheKilobytes = 32 << 10;
+/// No window is wider, and none shows more at once; larger pictures are made smaller.
+constexpr QSize largest(2000, 4000);
+constexpr double mostPixelsShown = 4'000'000;
+/// Room for several of the largest.
+constexpr qsizetype cacheKilobytes = 64 << 10;
 constexpr int success = 200;
+
+QSize shownSize(QSize size) {
+  auto const within = size.scaled(size.boundedTo(largest), Qt::KeepAspectRatio);
+  auto const pixels = double(within.width()) * within.height();
+  auto const shown =
+      pixels > mostPixelsShown ? within * std::sqrt(mostPixelsShown / pixels) : within;
+  return shown.expandedTo({1, 1});
+}
 
 Task<QImage> decode(std::string bytes) {
   co_return decodedImage(QByteArray::fromStdString(bytes));
@@ -46,10 +57,13 @@ QImage decodedImage(QByteArray const& bytes) {
   if (!size.isValid() || qint64{size.width()} * size.height() > mostPixels) return {};
   reader.setAutoTransform(true);
   auto image = reader.read();
-  return image.width() > widest ? image.scaledToWidth(widest, Qt::SmoothTransformation) : image;
+  auto const shown = shownSize(image.size());
+  bool const fits = image.isNull() || shown == image.size();
+  return fits ? image : image.scaled(shown, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-ImageLoader::ImageLoader(HTTPClient client) : client_(std::move(client)), images_(cacheKilobytes) {}
+ImageLoader::ImageLoader(HTTPClient client, Clock::duration retryDelay)
+    : client_(std::move(client)), retryDelay_(retryDelay), images_(cacheKilobytes) {}
 
 ImageLoader& ImageLoader::shared() {
   static auto& loader = *new ImageLoader(HTTPClient::shared());
@@ -58,27 +72,31 @@ ImageLoader& ImageLoader::shared() {
 
 QImage ImageLoader::image(QUrl const& url) {
   if (auto const* image = images_.object(url)) return *image;
-  if (url.scheme() == u"https" && !asked_.contains(url)) {
-    asked_.insert(url);
+  bool const isLeftAlone = Clock::now() < leftAloneUntil_.value(url);
+  if (url.scheme() == u"https" && !isLeftAlone) {
+    leftAloneUntil_.insert(url, Clock::time_point::max());
     spawn(MainQueue::shared(), fetch(url));
   }
   return {};
 }
 
 Task<> ImageLoader::fetch(QUrl url) {
-  auto response = co_await attempt(
-      client_.send({.url = url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment).toStdString(),
-                    .timeout = longestWait,
-                    .largestBody = largestBody}));
+  auto response =
+      co_await attempt(client_.send({.url = url.toString(QUrl::FullyEncoded).toStdString(),
+                                     .timeout = longestWait,
+                                     .largestBody = largestBody}));
+  QImage image;
   if (response && response.value().status == success) {
-    auto const image = co_await on(ThreadPool::shared(), decode(std::move(response.value().body)));
-    if (!image.isNull()) {
-      images_.insert(url, new QImage(image), std::max<qsizetype>(1, image.sizeInBytes() >> 10));
-      // It may be pushed out by others, and then be asked for again.
-      asked_.remove(url);
-    }
+    image = co_await on(ThreadPool::shared(), decode(std::move(response.value().body)));
   }
-  Q_EMIT finished(url);
+  if (image.isNull()) {
+    leftAloneUntil_.insert(url, Clock::now() + retryDelay_);
+  } else {
+    images_.insert(url, new QImage(image), std::max<qsizetype>(1, image.sizeInBytes() >> 10));
+    // It may be pushed out by others, and then be asked for again.
+    leftAloneUntil_.remove(url);
+  }
+  Q_EMIT finished(url, image);
 }
 
 }  // namespace vek

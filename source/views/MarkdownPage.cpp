@@ -34,17 +34,20 @@ MarkdownEnvironment environment() {
 
 }  // namespace
 
-MarkdownPage::MarkdownPage(QQuickItem* parent) : QQuickPaintedItem(parent) {
+MarkdownPage::MarkdownPage(QQuickItem* parent)
+    : QQuickPaintedItem(parent), images_(ImageLoader::shared()) {
   setFillColor(Qt::transparent);
   setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
   setAcceptHoverEvents(true);
   setFlag(ItemIsFocusScope, false);
   setActiveFocusOnTab(true);
   layout_.setImages([this](RawImageData const& image) { return shownImage(image); });
-  connect(&ImageLoader::shared(), &ImageLoader::finished, this, [this] {
+  auto const imagesChanged = [this] {
     layout_.imagesChanged();
     polish();
-  });
+  };
+  connect(&images_, &DocumentImages::changed, this, imagesChanged);
+  connect(this, &MarkdownPage::baseURLChanged, this, imagesChanged);
   measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
@@ -96,6 +99,7 @@ void MarkdownPage::componentComplete() {
 
 void MarkdownPage::makeDocument() {
   auto const text = text_.toStdString();
+  images_.clear();
   layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
                              : BlockSequence::of(MarkdownContent(text), environment()));
   setSelection(0, 0);
@@ -104,13 +108,13 @@ void MarkdownPage::makeDocument() {
   Q_EMIT documentChanged();
 }
 
-ShownImage MarkdownPage::shownImage(RawImageData const& image) const {
+ShownImage MarkdownPage::shownImage(RawImageData const& image) {
   auto const url = imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
   auto const other = colors_.value(QStringLiteral("isDark")).toBool()
                          ? QStringLiteral("gh-light-mode-only")
                          : QStringLiteral("gh-dark-mode-only");
   if (url.fragment() == other) return {.isShown = false};
-  return {.image = ImageLoader::shared().image(url)};
+  return {.image = images_.image(url)};
 }
 
 void MarkdownPage::geometryChange(QRectF const& now, QRectF const& before) {

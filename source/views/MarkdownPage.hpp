@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "views/DocumentImages.hpp"
 #include "views/DocumentLayout.hpp"
 
 namespace vek {
@@ -102,7 +103,7 @@ class MarkdownPage : public QQuickPaintedItem {
   using Range = std::pair<qsizetype, qsizetype>;
 
   void makeDocument();
-  [[nodiscard]] ShownImage shownImage(RawImageData const& image) const;
+  [[nodiscard]] ShownImage shownImage(RawImageData const& image);
   void measured();
   void setSelection(qsizetype anchor, qsizetype cursor);
   void setHoveredLink(QString const& link);
@@ -111,6 +112,7 @@ class MarkdownPage : public QQuickPaintedItem {
   [[nodiscard]] Range selection() const;
   [[nodiscard]] QPointF inDocument(QPointF point) const { return {point.x(), point.y() + scroll_}; }
 
+  DocumentImages images_;
   DocumentLayout layout_;
   QTimer measuring_;
   QString text_;
