@@ -172,9 +172,10 @@ std::optional<std::string> BlockLayout::linkAt(QPointF point) const {
 }
 
 void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
-                       std::vector<Highlight> const& highlights, qreal sideways) const {
+                       std::vector<Highlight> const& highlights, QRectF const& visible,
+                       qreal sideways) const {
   for (auto const& symbol : symbols_) drawSymbol(painter, symbol, colors.ground);
-  for (auto const& marker : markers_) marker.draw(painter, {});
+  for (auto const& marker : markers_) marker.draw(painter, {}, visible);
   if (std::holds_alternative<DrawnBlock::Rule>(block_.content)) {
     painter.fillRect(QRectF(room_.left(), 0, room_.width(), 1), colors.border);
     return;
@@ -188,7 +189,8 @@ void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(picture.rect, picture.image);
   }
-  for (auto const& piece : pieces_) piece.draw(painter, highlights);
+  for (auto const& piece : pieces_)
+    piece.draw(painter, highlights, visible.translated(sideways, 0));
   painter.restore();
 }
 
@@ -207,12 +209,14 @@ void BlockLayout::drawTable(QPainter& painter, MarkdownColors const& colors) con
   auto const& header = table_.rows.front();
   QPainterPath head;
   head.addRect(QRectF(bounds.left(), header.position, bounds.width(), header.size));
-  painter.fillPath(outline.intersected(head), colors.of(*block_.drawable.background));
+  if (block_.drawable.background)
+    painter.fillPath(outline.intersected(head), colors.of(*block_.drawable.background));
   for (std::size_t row = 1; row < table_.rows.size(); ++row) {
     painter.fillRect(QRectF(bounds.left(), table_.rows[row].position, bounds.width(), 1),
                      colors.border);
   }
-  painter.strokePath(outline, QPen(colors.of(*block_.drawable.border), 1));
+  if (block_.drawable.border)
+    painter.strokePath(outline, QPen(colors.of(*block_.drawable.border), 1));
 }
 
 void BlockLayout::drawSymbol(QPainter& painter, Symbol const& symbol, QColor check) {

@@ -32,9 +32,9 @@ class BlockLayout {
   [[nodiscard]] qsizetype positionAt(QPointF point) const;
   [[nodiscard]] std::optional<std::string> linkAt(QPointF point) const;
 
-  /// `sideways` is how far the content is moved to the left.
+  /// Draws what is in a part of the block. `sideways` is how far the content is moved to the left.
   void draw(QPainter& painter, MarkdownColors const& colors,
-            std::vector<Highlight> const& highlights, qreal sideways) const;
+            std::vector<Highlight> const& highlights, QRectF const& visible, qreal sideways) const;
 
  private:
   struct Picture {

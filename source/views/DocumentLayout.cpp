@@ -119,6 +119,12 @@ QPointF DocumentLayout::inBlock(std::size_t block, QPointF point) const {
   return {point.x() + sideways_[block], point.y() - tops_[block]};
 }
 
+std::pair<qsizetype, qsizetype> DocumentLayout::textBetween(qreal top, qreal bottom) const {
+  if (tops_.empty()) return {};
+  auto const next = blockAtHeight(bottom) + 1;
+  return {starts_[blockAtHeight(top)], next < starts_.size() ? starts_[next] : text_.size()};
+}
+
 qsizetype DocumentLayout::positionAt(QPointF point) {
   if (tops_.empty()) return 0;
   auto block = blockAtHeight(point.y());
@@ -192,7 +198,8 @@ void DocumentLayout::draw(QPainter& painter, qreal top, qreal bottom,
     drawBars(painter, block);
     painter.save();
     painter.translate(0, tops_[block]);
-    shown.draw(painter, colors_, highlights, sideways_[block]);
+    QRectF const visible(0, top - tops_[block], width_, bottom - top);
+    shown.draw(painter, colors_, highlights, visible, sideways_[block]);
     if (shown.overflow() > 0) drawSlider(painter, colors_, shown, width_, sideways_[block]);
     painter.restore();
   }

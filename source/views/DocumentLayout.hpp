@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "views/BlockLayout.hpp"
@@ -45,6 +46,8 @@ class DocumentLayout {
   /// A part of the text as it is pasted elsewhere: items with their markers, paragraphs apart.
   [[nodiscard]] QString textToCopy(qsizetype from, qsizetype to) const;
 
+  /// The text of the measured blocks between two heights, as its first and last position.
+  [[nodiscard]] std::pair<qsizetype, qsizetype> textBetween(qreal top, qreal bottom) const;
   [[nodiscard]] qsizetype positionAt(QPointF point);
   [[nodiscard]] std::optional<std::string> linkAt(QPointF point);
   /// Where a range of the text stands.

@@ -219,10 +219,12 @@ void MarkdownPage::showFound() {
 void MarkdownPage::paint(QPainter* painter) {
   auto const& colors = layout_.colors();
   std::vector<Highlight> highlights;
-  for (std::size_t i = 0; i < found_.size(); ++i) {
-    bool const isPresent = static_cast<int>(i) == foundIndex_;
-    highlights.push_back({found_[i].first, found_[i].second,
-                          isPresent ? colors.foundNow : colors.found, colors.primary});
+  auto const [first, last] = layout_.textBetween(scroll_, scroll_ + height());
+  for (auto found = std::ranges::lower_bound(found_, first, {}, &Range::first);
+       found != found_.end() && found->first < last; ++found) {
+    bool const isPresent = found - found_.begin() == foundIndex_;
+    highlights.push_back(
+        {found->first, found->second, isPresent ? colors.foundNow : colors.found, colors.primary});
   }
   if (anchor_ != cursor_) {
     auto const [from, to] = selection();

@@ -190,7 +190,9 @@ std::vector<QRectF> TextPiece::rectsOf(qsizetype from, qsizetype to) const {
   return rects;
 }
 
-void TextPiece::draw(QPainter& painter, std::vector<Highlight> const& highlights) const {
+void TextPiece::draw(QPainter& painter, std::vector<Highlight> const& highlights,
+                     QRectF const& visible) const {
+  if (place.y() > visible.bottom() || place.y() + height_ < visible.top()) return;
   painter.setPen(Qt::NoPen);
   for (auto const& ground : grounds_) {
     painter.setBrush(ground.color);
@@ -210,7 +212,7 @@ void TextPiece::draw(QPainter& painter, std::vector<Highlight> const& highlights
     format.setForeground(highlight.text);
     own.append({static_cast<int>(from), static_cast<int>(to - from), format});
   }
-  layout_->draw(&painter, place, own);
+  layout_->draw(&painter, place, own, visible);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   for (auto const& picture : pictures_)
     painter.drawImage(picture.rect.translated(place), picture.image);

@@ -62,7 +62,9 @@ class TextPiece {
   [[nodiscard]] std::vector<QRectF> rectsOf(qsizetype from, qsizetype to) const;
 
   /// Draws it with what is chosen and found, given in positions of the document's text.
-  void draw(QPainter& painter, std::vector<Highlight> const& highlights) const;
+  /// Draws the lines that are in a part of what `place` is counted in.
+  void draw(QPainter& painter, std::vector<Highlight> const& highlights,
+            QRectF const& visible) const;
 
   QPointF place;
 
