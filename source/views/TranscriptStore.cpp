@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "markdown/MarkdownDocument.hpp"
 #include "views/Text.hpp"
 
 namespace vek {
@@ -79,6 +80,25 @@ int TranscriptStore::selectedCustomer() const {
 
 QString TranscriptStore::fileName() const {
   return fileNameOf(transcript().startDate);
+}
+
+TranscriptDocument TranscriptStore::document() const {
+  auto const& id = transcript().customerID;
+  auto const* customer = id ? store_.state().customers.find(*id) : nullptr;
+  return {.startDate = transcript().startDate,
+          .customer = customer ? customer->name : std::string(),
+          .text = text().toStdString(),
+          .analysis = analysis().toStdString()};
+}
+
+QString TranscriptStore::markdown() const {
+  return QString::fromStdString(document().markdown());
+}
+
+QString TranscriptStore::plainText() const {
+  auto plain = document();
+  plain.analysis = MarkdownDocument::parse(plain.analysis).plainText();
+  return QString::fromStdString(plain.plainText());
 }
 
 void TranscriptStore::transcriptDidAppear() {

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "features/TranscriptFeature.hpp"
+#include "records/TranscriptDocument.hpp"
 #include "views/ObservedStore.hpp"
 #include "views/TextState.hpp"
 
@@ -49,6 +50,10 @@ class TranscriptStore : public QObject {
   [[nodiscard]] bool assigningCustomer() const { return store_.state().assigningCustomer; }
   [[nodiscard]] QString fileName() const;
 
+  /// All of it, to be taken elsewhere.
+  Q_INVOKABLE [[nodiscard]] QString markdown() const;
+  Q_INVOKABLE [[nodiscard]] QString plainText() const;
+
   Q_INVOKABLE void transcriptDidAppear();
   /// Chooses the customer at a position, or none with -1.
   Q_INVOKABLE void customerPickerClicked(int position);
@@ -62,6 +67,7 @@ class TranscriptStore : public QObject {
   Q_SIGNAL void assigningCustomerChanged();
 
  private:
+  [[nodiscard]] TranscriptDocument document() const;
   [[nodiscard]] Transcript const& transcript() const { return store_.state().transcript; }
 
   Observed store_;

@@ -9,15 +9,8 @@ Item {
 
     required property TranscriptStore store
     readonly property bool isAssigning: !store.isAssigned && store.selectedCustomer >= 0
-    readonly property string allMarkdown: analysis.text === "" ? store.text
-        : analysis.text + "\n\n---\n\n" + store.text
 
     Component.onCompleted: store.transcriptDidAppear()
-
-    function allText(): string {
-        const said = words.markdown.plainText;
-        return analysis.text === "" ? said : analysis.markdown.plainText + "\n\n" + said;
-    }
 
     function choices(): var {
         const names = Array.from(store.customers);
@@ -188,10 +181,10 @@ Item {
         onCopy: page.copy()
         onSelectAll: page.selectAll()
         onFind: find.open()
-        onCopyMarkdown: TranscriptFile.copy(view.allMarkdown)
-        onCopyText: TranscriptFile.copy(view.allText())
-        onSaveMarkdown: view.save(view.allMarkdown, "md")
-        onSaveText: view.save(view.allText(), "txt")
+        onCopyMarkdown: TranscriptFile.copy(view.store.markdown())
+        onCopyText: TranscriptFile.copy(view.store.plainText())
+        onSaveMarkdown: view.save(view.store.markdown(), "md")
+        onSaveText: view.save(view.store.plainText(), "txt")
     }
 
     Notice {
@@ -208,6 +201,6 @@ Item {
     }
     Shortcut {
         sequence: "Ctrl+S"
-        onActivated: view.save(view.allMarkdown, "md")
+        onActivated: view.save(view.store.markdown(), "md")
     }
 }

@@ -143,8 +143,11 @@ TestCase {
     }
 
     function test_allOfItIsTakenAsMarkdownOrText() {
-        transcript.show(both);
-        compare(view.allMarkdown, "# Worth\n\nOf it\n\n---\n\nSaid words");
-        tryVerify(() => view.allText() === "Worth\n\nOf it\n\nSaid words");
+        transcript.show({ text: "Said *words*", analysis: "# Worth\n\n*Of* it", assigned: true });
+        verify(view.store.markdown().endsWith(
+            "\n\n## Transcript\n\nSaid \\*words\\*\n\n## Analysis\n\n# Worth\n\n*Of* it"));
+        verify(view.store.plainText().endsWith("\n\nSaid *words*\n\nWorth\n\nOf it\n"));
+        transcript.show({ text: "", analysis: "" });
+        verify(!view.store.plainText().includes("NO CONTENT"));
     }
 }
