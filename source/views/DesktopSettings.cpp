@@ -7,6 +7,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -23,24 +24,31 @@ auto const path = QStringLiteral("/org/freedesktop/portal/desktop");
 auto const interface = QStringLiteral("org.freedesktop.portal.Settings");
 auto const appearance = QStringLiteral("org.freedesktop.appearance");
 auto const gnome = QStringLiteral("org.gnome.desktop.interface");
+auto const kde = QStringLiteral("org.kde.kdeglobals.KDE");
 
 enum class ColorScheme : unsigned { noPreference, preferDark, preferLight };
 
 constexpr int darkLightness = 128;
 
+bool isPaletteDark() {
+  return QGuiApplication::palette().window().color().lightness() < darkLightness;
+}
+
 }  // namespace
 
 DesktopSettings::DesktopSettings() {
   auto const given = qEnvironmentVariable("VEK_COLOR_SCHEME");
-  isDarkGiven_ = given == u"dark" || given == u"light";
-  isDark_ = isDarkGiven_ ? given == u"dark"
-                         : QGuiApplication::palette().window().color().lightness() < darkLightness;
+  if (given == u"dark" || given == u"light") given_ = given == u"dark";
+  choose();
+  qGuiApp->installEventFilter(this);
   qDBusRegisterMetaType<Groups>();
+  // Without it the signal is not connected when nothing has used the bus before.
+  qRegisterMetaType<QDBusVariant>();
   auto bus = QDBusConnection::sessionBus();
   bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
               SLOT(settingChanged(QString, QString, QDBusVariant)));
   auto call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
-  call << QStringList{appearance, gnome};
+  call << QStringList{appearance, gnome, kde};
   auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
   connect(answer, &QDBusPendingCallWatcher::finished, this,
           [this](QDBusPendingCallWatcher* finished) { didRead(*finished); });
@@ -66,13 +74,37 @@ void DesktopSettings::settingChanged(QString const& group, QString const& key,
 void DesktopSettings::take(QString const& group, QString const& key, QVariant const& value) {
   if (group == appearance && key == u"color-scheme") {
     auto const scheme = static_cast<ColorScheme>(value.toUInt());
-    if (isDarkGiven_ || scheme == ColorScheme::noPreference) return;
-    bool const isDark = scheme == ColorScheme::preferDark;
-    if (std::exchange(isDark_, isDark) != isDark) Q_EMIT isDarkChanged();
+    preferred_.reset();
+    if (scheme == ColorScheme::preferDark) preferred_ = true;
+    if (scheme == ColorScheme::preferLight) preferred_ = false;
+    choose();
+  } else if (group == appearance && key == u"reduced-motion") {
+    takeMotion(key, value.toUInt() == 0);
   } else if (group == gnome && key == u"enable-animations") {
-    bool const reduces = !value.toBool();
-    if (std::exchange(reducesMotion_, reduces) != reduces) Q_EMIT reducesMotionChanged();
+    takeMotion(key, value.toBool());
+  } else if (group == kde && key == u"AnimationDurationFactor") {
+    takeMotion(key, value.toDouble() > 0);
   }
+}
+
+void DesktopSettings::takeMotion(QString const& key, bool isWanted) {
+  bool const reduced = reducesMotion();
+  if (isWanted) {
+    motionless_.remove(key);
+  } else {
+    motionless_.insert(key);
+  }
+  if (reducesMotion() != reduced) Q_EMIT reducesMotionChanged();
+}
+
+void DesktopSettings::choose() {
+  bool const isDark = given_ ? *given_ : preferred_ ? *preferred_ : isPaletteDark();
+  if (std::exchange(isDark_, isDark) != isDark) Q_EMIT isDarkChanged();
+}
+
+bool DesktopSettings::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) choose();
+  return QObject::eventFilter(watched, event);
 }
 
 }  // namespace vek

@@ -4,13 +4,16 @@
 #include <QtQml/qqmlregistration.h>
 #include <QDBusVariant>
 #include <QObject>
+#include <QSet>
+
+#include <optional>
 
 class QDBusPendingCallWatcher;
 
 namespace vek {
 
 /// How the user wants all programs of the desktop to look, followed live through the desktop's
-/// settings portal. Without a portal the palette decides.
+/// settings portal. Without a portal, or a preference there, the palette decides.
 ///
 /// VEK_COLOR_SCHEME=light or dark stands above the desktop's choice.
 class DesktopSettings : public QObject {
@@ -24,7 +27,9 @@ class DesktopSettings : public QObject {
   DesktopSettings();
 
   [[nodiscard]] bool isDark() const { return isDark_; }
-  [[nodiscard]] bool reducesMotion() const { return reducesMotion_; }
+  [[nodiscard]] bool reducesMotion() const { return !motionless_.isEmpty(); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
   Q_SIGNAL void isDarkChanged();
   Q_SIGNAL void reducesMotionChanged();
@@ -33,10 +38,14 @@ class DesktopSettings : public QObject {
   Q_SLOT void settingChanged(QString const& group, QString const& key, QDBusVariant const& value);
   void didRead(QDBusPendingCallWatcher& answer);
   void take(QString const& group, QString const& key, QVariant const& value);
+  void takeMotion(QString const& key, bool isWanted);
+  void choose();
 
-  bool isDarkGiven_ = false;
+  std::optional<bool> given_;
+  std::optional<bool> preferred_;
   bool isDark_ = false;
-  bool reducesMotion_ = false;
+  /// The settings by which the user wants less motion.
+  QSet<QString> motionless_;
 };
 
 }  // namespace vek

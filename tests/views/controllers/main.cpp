@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <QGuiApplication>
 
+#include "support/SessionBus.hpp"
 #include "support/TemporaryFolder.hpp"
 #include "views/MainQueueDriver.hpp"
 #include "views/Views.hpp"
@@ -16,7 +17,8 @@ int main(int argumentCount, char** arguments) {
   vek::test::TemporaryFolder const settings;
   qputenv("XDG_CONFIG_HOME", settings.path().c_str());
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+  vek::test::SessionBus const bus;
+  qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str());
   QGuiApplication const application(argumentCount, arguments);
   QGuiApplication::setQuitOnLastWindowClosed(false);
   vek::prepareViews();
