@@ -18,9 +18,22 @@ Item {
         NumberAnimation { duration: Theme.smooth; easing.type: Easing.OutCubic }
     }
 
+    /// Whether the cards hide all of `part` of a view in the main area, which is then out of reach
+    /// for the keyboard too.
+    function isCovered(shown: Item, part: Item): bool {
+        const top = (mainArea.height - permissionsCard.stackHeight) / 2;
+        const y = shown.y + part.y;
+        return y >= top && y + part.height <= mainArea.height - top;
+    }
+
     component ErrorCard: ErrorView {
+        /// How high the cards are that lie above this one.
+        property real coverHeight: 0
+        readonly property real stackHeight: Math.max(visible ? height : 0, coverHeight)
+
         anchors.centerIn: parent
         width: parent.width
+        enabled: height > coverHeight
     }
 
     Item {
@@ -30,48 +43,68 @@ Item {
         height: 160
 
         LoginView {
+            id: loginView
+
             objectName: "loginView"
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
+            enabled: !view.isCovered(loginView, loginView.button)
             visible: !view.store.session.hasCredentials
             store: view.store.session
         }
         PermissionsView {
+            id: permissionsView
+
             objectName: "permissionsView"
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
+            enabled: !view.isCovered(permissionsView, permissionsView.button)
             visible: view.store.session.hasCredentials
                      && !view.store.permissions.hasRecordingPermissions
             store: view.store.permissions
         }
         RecordingView {
+            id: recordingView
+
             objectName: "recordingView"
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
+            enabled: !view.isCovered(recordingView, recordingView.button)
             visible: view.store.session.hasCredentials
                      && view.store.permissions.hasRecordingPermissions
             recordingStore: view.store.recording
         }
 
         ErrorCard {
+            id: permissionsCard
+
             objectName: "permissionsError"
+            coverHeight: recordingCard.stackHeight
             visible: view.store.permissions.hasError
             error: view.store.permissions.error
             onDismiss: view.store.permissions.dismissErrorButtonClicked()
         }
         ErrorCard {
+            id: recordingCard
+
             objectName: "recordingError"
+            coverHeight: sessionCard.stackHeight
             visible: view.store.recording.hasError
             error: view.store.recording.error
             onDismiss: view.store.recording.dismissErrorButtonClicked()
         }
         ErrorCard {
+            id: sessionCard
+
             objectName: "sessionError"
+            coverHeight: transcriptsCard.stackHeight
             visible: view.store.session.hasError
             error: view.store.session.error
             onDismiss: view.store.session.dismissErrorButtonClicked()
         }
         ErrorCard {
+            id: transcriptsCard
+
             objectName: "transcriptsError"
             visible: view.store.transcripts.hasError
             error: view.store.transcripts.error

@@ -3,7 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import VEK
 
-// A card with the description of an error and the button that the user ends it with.
+// A card with the description of an error and the button that the user ends it with. What lies
+// below it hears nothing of the mouse.
 CustomGroup {
     id: view
 
@@ -15,6 +16,13 @@ CustomGroup {
     isFloating: true
     Accessible.role: Accessible.AlertMessage
     Accessible.name: error
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onWheel: event => event.accepted = true
+    }
 
     IconButton {
         id: button
@@ -32,6 +40,11 @@ CustomGroup {
     Flickable {
         id: scroll
 
+        function scrollBy(distance: real) {
+            contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
+        }
+
+        objectName: "errorText"
         anchors.top: button.bottom
         anchors.topMargin: 6
         anchors.left: parent.left
@@ -42,6 +55,11 @@ CustomGroup {
         contentHeight: description.height
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        activeFocusOnTab: contentHeight > height || activeFocus
+        Accessible.role: Accessible.StaticText
+        Accessible.name: view.error
+        Keys.onUpPressed: scrollBy(-Theme.space6)
+        Keys.onDownPressed: scrollBy(Theme.space6)
         T.ScrollBar.vertical: ThinScrollBar {}
 
         Text {
@@ -55,5 +73,11 @@ CustomGroup {
             font.pixelSize: Theme.body
             wrapMode: Text.Wrap
         }
+    }
+
+    FocusRing {
+        anchors.fill: scroll
+        radius: Theme.controlRadius
+        visible: scroll.activeFocus
     }
 }

@@ -6,6 +6,7 @@ Column {
     id: view
 
     required property SessionStore store
+    readonly property alias button: button
 
     spacing: Theme.space2
 
@@ -24,6 +25,8 @@ Column {
     }
 
     ProminentButton {
+        id: button
+
         objectName: "loginButton"
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Login")

@@ -6,6 +6,7 @@ Column {
     id: view
 
     required property PermissionsStore store
+    readonly property alias button: button
 
     Item {
         width: parent.width
@@ -33,6 +34,8 @@ Column {
     }
 
     ProminentButton {
+        id: button
+
         objectName: "permissionsButton"
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Request permission")

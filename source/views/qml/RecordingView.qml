@@ -7,6 +7,7 @@ Column {
     id: view
 
     required property RecordingStore recordingStore
+    readonly property alias button: button
 
     spacing: 10
 

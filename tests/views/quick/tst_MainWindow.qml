@@ -116,6 +116,34 @@ TestCase {
                            "session(dismissErrorButtonClicked)"]);
     }
 
+    function test_cardsTakeWhatIsMeantForWhatTheyHide() {
+        const signedIn = { loggedIn: true, permitted: true };
+        app.show(Object.assign({ recordingError: "short", sessionError: longText }, signedIn));
+        const button = part("recordButton"), card = part("sessionError");
+        mouseClick(button);
+        mouseMove(button);
+        compare(button.hovered, false);
+        const reached = [];
+        part("listButton").forceActiveFocus();
+        do {
+            keyClick(Qt.Key_Tab);
+            reached.push(test.Window.activeFocusItem);
+        } while (reached.length < 9 && test.Window.activeFocusItem !== part("listButton"));
+        compare(reached, [part("menuButton"), findChild(card, "dismissButton"),
+                          findChild(card, "errorText"), part("listButton")]);
+        compare(app.sent, []);
+
+        const text = findChild(card, "errorText");
+        text.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Down);
+        verify(text.contentY > 0);
+        for (let i = 0; i < 9; ++i) keyClick(Qt.Key_Up);
+        compare(text.contentY, 0);
+
+        app.show(Object.assign({ recordingError: "short" }, signedIn));
+        compare(button.enabled, true, "a low card leaves it in view");
+    }
+
     function test_timeAndTextKeepTheirPlaceWithoutARecording() {
         app.show({ loggedIn: true, permitted: true });
         const before = [part("recordButton").y, part("elapsedTime").y, part("transcript").y];
