@@ -7,15 +7,16 @@ ProgressSpokes {
     id: indicator
 
     property int size: 16
-    readonly property bool isTurning: visible && opacity > 0
+    readonly property bool isTurning: sight.isSeen && opacity > 0
 
     implicitWidth: size
     implicitHeight: size
     color: Theme.secondary
     Accessible.role: Accessible.Animation
     Accessible.name: qsTr("In progress")
-    Accessible.ignored: !isTurning
+    Accessible.ignored: opacity === 0
 
+    Sight { id: sight }
     Timer {
         interval: Theme.reducesMotion ? 250 : 90
         repeat: true

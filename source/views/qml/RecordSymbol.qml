@@ -8,6 +8,15 @@ Item {
 
     required property bool isRecording
     property int size: 54
+    readonly property alias isPulsing: pulse.running
+
+    component Ease: NumberAnimation {
+        property: "opacity"
+        easing.type: Easing.InOutQuad
+    }
+    component Change: Behavior {
+        NumberAnimation { duration: Theme.smooth; easing.type: Easing.InOutQuad }
+    }
 
     implicitWidth: size
     implicitHeight: size
@@ -21,6 +30,8 @@ Item {
         border.color: Theme.record
         border.width: symbol.isRecording ? 2 : 5
         antialiasing: true
+
+        Change on border.width {}
     }
 
     Rectangle {
@@ -30,14 +41,28 @@ Item {
         radius: width / 2
         color: Theme.record
         antialiasing: true
+
+        Change on width {}
     }
 
-    SequentialAnimation on opacity {
-        running: symbol.isRecording && symbol.visible && !Theme.reducesMotion
-        loops: Animation.Infinite
-        onStopped: symbol.opacity = 1
+    Sight { id: sight }
 
-        NumberAnimation { to: 0.1; duration: Theme.pulse; easing.type: Easing.InOutQuad }
-        NumberAnimation { to: 1; duration: Theme.pulse; easing.type: Easing.InOutQuad }
+    SequentialAnimation {
+        id: pulse
+
+        running: symbol.isRecording && sight.isSeen && !Theme.reducesMotion
+        loops: Animation.Infinite
+        onStarted: rest.stop()
+        onStopped: rest.start()
+
+        Ease { target: symbol; to: 0.1; duration: Theme.pulse }
+        Ease { target: symbol; to: 1; duration: Theme.pulse }
+    }
+    Ease {
+        id: rest
+
+        target: symbol
+        to: 1
+        duration: Theme.smooth
     }
 }

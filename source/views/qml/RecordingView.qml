@@ -58,6 +58,7 @@ Column {
         }
         Component.onCompleted: refresh()
 
+        Sight { id: sight }
         Connections {
             target: view.recordingStore
             function onIsRecordingChanged() { elapsed.refresh(); }
@@ -66,7 +67,7 @@ Column {
             interval: 1000
             repeat: true
             triggeredOnStart: true
-            running: view.recordingStore.isRecording && elapsed.visible
+            running: view.recordingStore.isRecording && sight.isSeen
             onTriggered: elapsed.refresh()
         }
     }

@@ -144,6 +144,36 @@ TestCase {
         compare(button.enabled, true, "a low card leaves it in view");
     }
 
+    Window {
+        id: other
+
+        width: 60
+        height: 60
+
+        RecordSymbol { id: symbol; isRecording: true }
+        ProgressIndicator { id: progress }
+    }
+
+    function test_nothingMovesThatNobodySeesOrWants() {
+        const moves = () => [symbol.isPulsing, progress.isTurning];
+        compare(moves(), [false, false]);
+        other.show();
+        compare(moves(), [true, true]);
+        tryVerify(() => symbol.opacity < 0.8);
+        symbol.isRecording = false;
+        verify(symbol.opacity < 0.9, "it does not jump");
+        tryCompare(symbol, "opacity", 1);
+        symbol.isRecording = true;
+        other.hide();
+        compare(moves(), [false, false]);
+        other.show();
+        Theme.reducesMotion = true;
+        compare(moves(), [false, true]);
+        compare([Theme.quick, Theme.smooth], [0, 0]);
+        Theme.reducesMotion = false;
+        other.hide();
+    }
+
     function test_timeAndTextKeepTheirPlaceWithoutARecording() {
         app.show({ loggedIn: true, permitted: true });
         const before = [part("recordButton").y, part("elapsedTime").y, part("transcript").y];
