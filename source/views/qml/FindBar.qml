@@ -76,7 +76,7 @@ CustomGroup {
             objectName: "findPosition"
             anchors.verticalCenter: parent.verticalCenter
             width: 48
-            text: field.text === "" ? "" : qsTr("%1 of %2").arg(bar.count > 0 ? bar.index + 1 : 0)
+            text: field.text === "" ? "" : qsTr("%1 of %2").arg(Math.min(bar.index + 1, bar.count))
                                                            .arg(bar.count)
             color: Theme.secondary
             font.pixelSize: Theme.footnote

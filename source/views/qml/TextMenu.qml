@@ -8,6 +8,7 @@ T.Menu {
     id: menu
 
     signal copy
+    signal copyLink
     signal selectAll
     signal find
     signal copyMarkdown
@@ -16,6 +17,7 @@ T.Menu {
     signal saveText
 
     property bool hasSelection: false
+    property bool isOnLink: false
 
     implicitWidth: 212
     implicitHeight: contentHeight + topPadding + bottomPadding
@@ -39,6 +41,12 @@ T.Menu {
         enabled: menu.hasSelection
         opacity: enabled ? 1 : 0.5
         onTriggered: menu.copy()
+    }
+    MenuEntry {
+        text: qsTr("Copy Link")
+        enabled: menu.isOnLink
+        opacity: enabled ? 1 : 0.5
+        onTriggered: menu.copyLink()
     }
     MenuEntry {
         text: qsTr("Select All")

@@ -28,9 +28,11 @@ Item {
     Item {
         id: customer
 
+        objectName: "customer"
         width: parent.width
-        height: visible ? picker.height + 2 * Theme.space4 : 0
-        visible: !view.store.isAssigned
+        height: view.store.isAssigned ? 0 : picker.height + 2 * Theme.space4
+        visible: height > 0
+        clip: true
 
         Row {
             anchors.centerIn: parent
@@ -170,21 +172,33 @@ Item {
         id: menu
 
         property MarkdownPage page: words.markdown.page
+        property string link: ""
 
         function openOn(target: MarkdownPage, x: real, y: real) {
             page = target;
+            link = target.hoveredLink;
             const place = target.mapToItem(view, x, y);
             popup(place.x, place.y);
         }
 
         hasSelection: page.selectedText !== ""
+        isOnLink: link !== ""
         onCopy: page.copy()
+        onCopyLink: TranscriptFile.copy(link)
         onSelectAll: page.selectAll()
         onFind: find.open()
         onCopyMarkdown: TranscriptFile.copy(view.store.markdown())
         onCopyText: TranscriptFile.copy(view.store.plainText())
         onSaveMarkdown: view.save(view.store.markdown(), "md")
         onSaveText: view.save(view.store.plainText(), "txt")
+    }
+
+    LinkTarget {
+        objectName: "linkTarget"
+        anchors.left: parent.left
+        anchors.bottom: bar.visible ? bar.top : parent.bottom
+        anchors.margins: Theme.space2
+        link: analysis.markdown.page.hoveredLink
     }
 
     Notice {

@@ -40,6 +40,10 @@ TestCase {
         reveals.clear();
     }
 
+    function cleanup() {
+        Theme.isDark = Qt.binding(() => DesktopSettings.isDark);
+    }
+
     function show(text: string) {
         markdown.text = text;
         tryVerify(() => markdown.height > 0);

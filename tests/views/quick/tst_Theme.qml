@@ -6,6 +6,10 @@ import VEK
 TestCase {
     name: "Theme"
 
+    function cleanup() {
+        Theme.isDark = Qt.binding(() => DesktopSettings.isDark);
+    }
+
     function luminance(color: color): real {
         const linear = part => part <= 0.04045 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4);
         return 0.2126 * linear(color.r) + 0.7152 * linear(color.g) + 0.0722 * linear(color.b);

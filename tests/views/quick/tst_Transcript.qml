@@ -94,6 +94,7 @@ TestCase {
         const picker = part("customerPicker"), bar = part("assignBar"), button = part("assignButton");
         compare(picker.displayText, "Choose one…");
         compare(bar.visible, false);
+        tryCompare(part("customer"), "height", picker.height + 2 * Theme.space4);
         mouseClick(picker);
         tryVerify(() => picker.popup.opened);
         keyClick(Qt.Key_Down);
@@ -138,8 +139,22 @@ TestCase {
         compare(present(), [0, -1]);
         keyClick(Qt.Key_Return, Qt.ShiftModifier);
         compare(present(), [-1, 1]);
+        transcript.show({ text: "one", analysis: "", assigned: true });
+        tryCompare(part("findPosition"), "text", "1 of 1");
         keyClick(Qt.Key_Escape);
         compare(bar.visible, false);
+    }
+
+    function test_theTargetOfALinkIsShown() {
+        transcript.show({ text: "Said", analysis: "[here](https://a.org/b)", assigned: true });
+        const page = part("analysis").markdown.page;
+        tryVerify(() => page.rectOf("here").width > 0);
+        const link = page.rectOf("here");
+        mouseMove(page, link.x + link.width / 2, link.y + link.height / 2);
+        tryCompare(part("linkTarget"), "link", "https://a.org/b");
+        compare(part("linkTarget").visible, true);
+        mouseMove(page, page.width - 1, link.y + link.height / 2);
+        tryCompare(part("linkTarget"), "visible", false);
     }
 
     function test_allOfItIsTakenAsMarkdownOrText() {
