@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "views/UpdatePanel.hpp"
 
-#include <exception>
 #include <utility>
+
+#include "runtime/MainQueue.hpp"
 
 namespace vek {
 
@@ -16,6 +17,10 @@ QString UpdatePanel::installedVersion() const {
 
 QString UpdatePanel::notes() const {
   return QString::fromStdString(offer_.item.notes).trimmed();
+}
+
+QString UpdatePanel::link() const {
+  return QString::fromStdString(offer_.item.link);
 }
 
 QString UpdatePanel::packageManager() const {
@@ -47,13 +52,22 @@ void UpdatePanel::didReceiveAttention() const {
 }
 
 void UpdatePanel::get() {
-  auto const link = offer_.item.link;
-  choose(UpdateChoice::get);
-  try {
-    open_(link);
-  } catch (std::exception const& error) {
-    showFailure(error.what());
-  }
+  if (page_ != Page::Update || isOpening_) return;
+  setOpening(true, false);
+  opening_ = spawn(MainQueue::shared(), finishOpening(this, open_(offer_.item.link)));
+}
+
+Task<> UpdatePanel::finishOpening(QPointer<UpdatePanel> panel, Task<> opening) {
+  auto const opened = co_await attempt(std::move(opening));
+  if (Environment::isCancelled() || !panel) co_return;
+  if (opened.hasValue()) co_return panel->choose(UpdateChoice::get);
+  panel->setOpening(false, true);
+}
+
+void UpdatePanel::setOpening(bool isOpening, bool couldNotOpen) {
+  isOpening_ = isOpening;
+  couldNotOpen_ = couldNotOpen;
+  Q_EMIT changed();
 }
 
 void UpdatePanel::close() {
@@ -71,7 +85,8 @@ void UpdatePanel::choose(UpdateChoice choice) {
 
 void UpdatePanel::show(Page page) {
   auto const before = std::exchange(page_, page);
-  Q_EMIT changed();
+  opening_.cancel();
+  setOpening(false, false);
   if (page == Page::None && before != Page::None) Q_EMIT closed();
 }
 

@@ -7,16 +7,32 @@
 
 #include "platform/Browser.hpp"
 #include "platform/StandardUserDriver.hpp"
+#include "runtime/ThreadPool.hpp"
 #include "views/Views.hpp"
 #include "views/WindowOrder.hpp"
 
 namespace vek {
 
-UpdateWindowController::UpdateWindowController(QQmlEngine& engine)
-    : engine_(engine), panel_(openInBrowser) {
+namespace {
+
+Task<> open(std::string url) {
+  vek::openInBrowser(url);
+  co_return;
+}
+
+}  // namespace
+
+UpdateWindowController::UpdateWindowController(QQmlEngine& engine,
+                                               std::function<Task<>(std::string url)> open)
+    : engine_(engine), panel_(std::move(open)) {
   connect(&panel_, &UpdatePanel::closed, this, [this] {
     if (window_) window_->close();
   });
+}
+
+Task<> UpdateWindowController::openInBrowser(std::string url) {
+  // The desktop's own program for it may take seconds to fail.
+  return on(ThreadPool::shared(), open(std::move(url)));
 }
 
 void UpdateWindowController::present() {

@@ -4,7 +4,9 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "views/UpdatePanel.hpp"
 
@@ -14,14 +16,17 @@ namespace vek {
 /// it is first wanted.
 class UpdateWindowController : public QObject {
  public:
-  /// The engine outlives this object.
-  explicit UpdateWindowController(QQmlEngine& engine);
+  /// The engine outlives this object. `open` shows a page in the browser, or throws.
+  explicit UpdateWindowController(QQmlEngine& engine,
+                                  std::function<Task<>(std::string url)> open = openInBrowser);
 
   /// Has the updater of the process show updates here. This object lives as long as the process
   /// checks for them.
   void present();
 
  private:
+  static Task<> openInBrowser(std::string url);
+
   enum class Focus { taken, left };
 
   void show(Focus focus);

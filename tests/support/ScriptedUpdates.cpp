@@ -45,9 +45,10 @@ void ScriptedUpdates::show(QVariantMap const& facts) {
   }
 }
 
-void ScriptedUpdates::open(std::string const& url) {
+Task<> ScriptedUpdates::open(std::string url) {
   if (!hasBrowser_) throw std::runtime_error("There is no browser.");
   calls_.append(QStringLiteral("open ") + QString::fromStdString(url));
+  co_return;
 }
 
 }  // namespace vek::test

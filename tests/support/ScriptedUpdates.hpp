@@ -26,15 +26,14 @@ class ScriptedUpdates : public QObject {
   ///     version: "1.1", and with it notes and packageManager
   Q_INVOKABLE void show(QVariantMap const& facts);
   Q_INVOKABLE void forgetCalls() { calls_.clear(); }
-  /// From now on there is no browser.
-  Q_INVOKABLE void removeBrowser() { hasBrowser_ = false; }
+  Q_INVOKABLE void setBrowser(bool hasBrowser) { hasBrowser_ = hasBrowser; }
 
  private:
-  void open(std::string const& url);
+  Task<> open(std::string url);
 
   QStringList calls_;
   bool hasBrowser_ = true;
-  UpdatePanel panel_{[this](std::string const& url) { open(url); }};
+  UpdatePanel panel_{[this](std::string url) { return open(std::move(url)); }};
 };
 
 }  // namespace vek::test

@@ -128,6 +128,21 @@ Item {
             font.pixelSize: Theme.body
             wrapMode: Text.Wrap
         }
+        TextEdit {
+            objectName: "unopened"
+            width: parent.width
+            topPadding: Theme.space1
+            visible: view.panel.couldNotOpen
+            text: qsTr("Your browser could not be opened. The update is at %1").arg(view.panel.link)
+            textFormat: TextEdit.PlainText
+            color: Theme.primary
+            font.pixelSize: Theme.body
+            wrapMode: TextEdit.Wrap
+            readOnly: true
+            selectByMouse: true
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
     }
 
     ProgressIndicator {
@@ -171,6 +186,7 @@ Item {
             objectName: "getButton"
             visible: view.isUpdate && !view.isManaged
             text: qsTr("Get It")
+            enabled: !view.panel.isOpening
             focus: true
             onClicked: view.panel.get()
         }

@@ -7,6 +7,7 @@
 #include "support/ScriptedApp.hpp"
 #include "support/ScriptedTranscript.hpp"
 #include "support/ScriptedUpdates.hpp"
+#include "views/MainQueueDriver.hpp"
 #include "views/Views.hpp"
 
 namespace vek::test {
@@ -16,7 +17,10 @@ class Setup : public QObject {
   Q_OBJECT
 
  public:
-  Q_SLOT void applicationAvailable() { prepareViews(); }
+  Q_SLOT void applicationAvailable() {
+    prepareViews();
+    MainQueueDriver::start();
+  }
   Q_SLOT void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     qmlRegisterType<ScriptedApp>("VEK.Test", 1, 0, "ScriptedApp");
