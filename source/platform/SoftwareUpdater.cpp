@@ -149,10 +149,10 @@ void SoftwareUpdater::finish(Result<UpdateFeed::Release> const& result) {
                release.item.version.text() != parts_.settings.skippedVersion()) {
       offer(release.item);
     }
-  } catch (std::exception const& error) {
+  } catch (UpdateError const& error) {
     hasFailed_ = true;
     logger().error(fmt::format("The check for updates failed: {}", error.what()));
-    if (state_.userInitiated) driver_.showUpdaterError(error.what());
+    if (state_.userInitiated) driver_.showUpdaterError(error);
   }
   scheduleNextCheck();
 }

@@ -42,8 +42,8 @@ void StandardUserDriver::showUpdateNotFound(std::string installedVersion) const 
   if (presenter()) presenter()->showUpToDate(std::move(installedVersion));
 }
 
-void StandardUserDriver::showUpdaterError(std::string reason) const {
-  if (presenter()) presenter()->showFailure(std::move(reason));
+void StandardUserDriver::showUpdaterError(UpdateError const& error) const {
+  if (presenter()) presenter()->showFailure(error);
 }
 
 void StandardUserDriver::showUpdateInFocus() const {

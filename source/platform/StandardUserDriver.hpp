@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/StandardUserDriverDelegate.hpp"
+#include "platform/UpdateError.hpp"
 #include "platform/UpdatePresenter.hpp"
 
 namespace vek {
@@ -23,7 +24,7 @@ class StandardUserDriver {
   /// Calls `offer.choose` in the end, also when nobody shows the update.
   void showUpdateFound(UpdateOffer offer, UserUpdateState const& state) const;
   void showUpdateNotFound(std::string installedVersion) const;
-  void showUpdaterError(std::string reason) const;
+  void showUpdaterError(UpdateError const& error) const;
   void showUpdateInFocus() const;
 
  private:

@@ -1,41 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "platform/UpdateError.hpp"
 
+#include <utility>
+
 namespace vek {
 namespace {
 
-char const* text(UpdateError::Code code) {
+char const* name(UpdateError::Code code) {
   using enum UpdateError::Code;
   switch (code) {
     case noFeed:
-      return "This installation does not say where its updates are published";
+      return "no feed";
     case insecureFeed:
-      return "The address of the updates is not secure";
+      return "insecure feed";
     case noKey:
-      return "This installation lacks the key that proves updates genuine";
+      return "no key";
     case unreachable:
-      return "The updates could not be fetched";
+      return "unreachable";
     case refused:
-      return "The server did not give out the updates";
+      return "refused";
     case badSignature:
-      return "The list of updates does not come from the maker of VEK";
+      return "bad signature";
     case malformed:
-      return "The list of updates cannot be read";
+      return "malformed list";
     case outdated:
       break;
   }
-  return "The server gave out an old list of updates";
+  return "outdated list";
 }
 
 }  // namespace
 
-UpdateError::UpdateError(Code code, std::string const& detail)
-    : code_(code), description_(text(code)) {
-  if (detail.ends_with('.')) {
-    description_ += ". " + detail;
-  } else {
-    description_ += detail.empty() ? "." : " (" + detail + ").";
-  }
+UpdateError::UpdateError(Code code, std::string detail)
+    : code_(code), detail_(std::move(detail)), description_(name(code)) {
+  if (!detail_.empty()) description_ += ": " + detail_;
 }
 
 }  // namespace vek

@@ -6,7 +6,8 @@
 
 namespace vek {
 
-/// Why a check for updates came to nothing, in words for the user.
+/// Why a check for updates came to nothing. Its text is for the log; what the user reads follows
+/// from the code.
 class UpdateError final : public std::exception {
  public:
   enum class Code {
@@ -21,13 +22,15 @@ class UpdateError final : public std::exception {
   };
 
   /// `detail` is what is known beyond the code: nothing, some words, or a sentence with its stop.
-  explicit UpdateError(Code code, std::string const& detail = "");
+  explicit UpdateError(Code code, std::string detail = "");
 
   [[nodiscard]] Code code() const { return code_; }
+  [[nodiscard]] std::string const& detail() const { return detail_; }
   [[nodiscard]] char const* what() const noexcept override { return description_.c_str(); }
 
  private:
   Code code_;
+  std::string detail_;
   std::string description_;
 };
 

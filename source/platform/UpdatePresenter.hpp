@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/UpdateError.hpp"
 #include "platform/UpdateItem.hpp"
 
 namespace vek {
@@ -38,7 +39,7 @@ struct UpdatePresenter {
   std::function<void(std::function<void()> cancel)> showChecking;
   std::function<void(UpdateOffer)> showUpdate;
   std::function<void(std::string installedVersion)> showUpToDate;
-  std::function<void(std::string reason)> showFailure;
+  std::function<void(UpdateError const&)> showFailure;
   /// Brings what is shown to the front.
   std::function<void()> showInFocus;
 };

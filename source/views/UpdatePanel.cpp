@@ -42,9 +42,35 @@ void UpdatePanel::showUpToDate(std::string const& installedVersion) {
   show(Page::UpToDate);
 }
 
-void UpdatePanel::showFailure(std::string const& reason) {
-  failure_ = QString::fromStdString(reason);
+void UpdatePanel::showFailure(UpdateError const& error) {
+  auto const detail = QString::fromStdString(error.detail());
+  failure_ = words(error.code());
+  bool const isSentence = detail.endsWith(u'.');
+  if (!detail.isEmpty()) failure_ += (isSentence ? QStringLiteral(" %1") : QStringLiteral(" (%1)")).arg(detail);
   show(Page::Failure);
+}
+
+QString UpdatePanel::words(UpdateError::Code code) {
+  using enum UpdateError::Code;
+  switch (code) {
+    case noFeed:
+      return tr("This installation does not say where its updates are published.");
+    case insecureFeed:
+      return tr("The address of the updates is not secure.");
+    case noKey:
+      return tr("This installation lacks the key that proves updates genuine.");
+    case unreachable:
+      return tr("The updates could not be fetched.");
+    case refused:
+      return tr("The server did not give out the updates.");
+    case badSignature:
+      return tr("The list of updates does not come from the maker of VEK.");
+    case malformed:
+      return tr("The list of updates cannot be read.");
+    case outdated:
+      break;
+  }
+  return tr("The server gave out an old list of updates.");
 }
 
 void UpdatePanel::didReceiveAttention() const {

@@ -51,7 +51,7 @@ class UpdatePanel : public QObject {
   void showChecking(std::function<void()> cancel);
   void showUpdate(UpdateOffer offer);
   void showUpToDate(std::string const& installedVersion);
-  void showFailure(std::string const& reason);
+  void showFailure(UpdateError const& error);
 
   /// The user has turned to the window.
   void didReceiveAttention() const;
@@ -69,6 +69,7 @@ class UpdatePanel : public QObject {
  private:
   void show(Page page);
   void choose(UpdateChoice choice);
+  static QString words(UpdateError::Code code);
   static Task<> finishOpening(QPointer<UpdatePanel> panel, Task<> opening);
   void setOpening(bool isOpening, bool couldNotOpen);
 

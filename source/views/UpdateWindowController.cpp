@@ -55,8 +55,8 @@ void UpdateWindowController::present() {
              show(Focus::taken);
            },
        .showFailure =
-           [this](std::string const& reason) {
-             panel_.showFailure(reason);
+           [this](UpdateError const& error) {
+             panel_.showFailure(error);
              show(Focus::taken);
            },
        .showInFocus = [this] { show(Focus::taken); }});

@@ -48,7 +48,7 @@ struct Screen {
                offer = std::move(update);
              },
          .showUpToDate = [this](std::string const& version) { shown.push_back("has " + version); },
-         .showFailure = [this](std::string const& reason) { shown.push_back(reason); },
+         .showFailure = [this](UpdateError const& error) { shown.emplace_back(error.what()); },
          .showInFocus = [this] { shown.emplace_back("in focus"); }});
   }
 

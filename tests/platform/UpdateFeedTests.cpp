@@ -45,7 +45,6 @@ class UpdateFeedTest : public testing::Test {
       syncWait(feed.latest());
       return std::nullopt;
     } catch (UpdateError const& error) {
-      EXPECT_THAT(error.what(), testing::MatchesRegex("[A-Z].*[^.][.]"));
       return error.code();
     }
   }

@@ -31,7 +31,7 @@ void ScriptedUpdates::show(QVariantMap const& facts) {
   } else if (facts.contains(QStringLiteral("upToDate"))) {
     panel_.showUpToDate("1.0");
   } else if (facts.contains(QStringLiteral("failure"))) {
-    panel_.showFailure(fact(facts, "failure"));
+    panel_.showFailure(UpdateError(UpdateError::Code::unreachable, fact(facts, "failure")));
   } else {
     panel_.showUpdate(
         {.item = {.version = Version::parse(fact(facts, "version")).value(),

@@ -22,7 +22,7 @@ class ScriptedUpdates : public QObject {
 
   /// Shows one of these, of an installation of version 1.0:
   ///
-  ///     checking: true      upToDate: true      failure: "reason"
+  ///     checking: true      upToDate: true      failure: "detail"
   ///     version: "1.1", and with it notes and packageManager
   Q_INVOKABLE void show(QVariantMap const& facts);
   Q_INVOKABLE void forgetCalls() { calls_.clear(); }

@@ -52,7 +52,7 @@ TestCase {
             { tag: "up to date", facts: { upToDate: true }, heading: "VEK is up to date",
               detail: "Version 1.0 is the newest one.", buttons: ["closeButton"] },
             { tag: "failure", facts: { failure: "It is <b>broken</b>." },
-              heading: "VEK could not check for updates", detail: "It is <b>broken</b>.",
+              heading: "VEK could not check for updates", detail: "The updates could not be fetched. It is <b>broken</b>.",
               buttons: ["closeButton"] },
             { tag: "update", facts: { version: "1.1", notes: "New." }, heading: "VEK 1.1 is available",
               detail: "You have version 1.0.", buttons: ["skipButton", "laterButton", "getButton"] },

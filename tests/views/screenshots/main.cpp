@@ -95,8 +95,7 @@ std::vector<std::pair<QString, QVariantMap>> updateShots() {
       {"update-long", {{"version", "1.4"}, {"notes", QString(notes + "\n\n").repeated(5)}}},
       {"update-managed", {{"version", "1.4"}, {"packageManager", "APT"}}},
       {"update-none", {{"upToDate", true}}},
-      {"update-failure",
-       {{"failure", "The updates could not be fetched. The server could not be found."}}},
+      {"update-failure", {{"failure", "The server could not be found."}}},
   };
 }
 
