@@ -16,6 +16,7 @@ set(VEK_UPDATE_FEED_URL "https://localhost:8443/updates/feed.json" CACHE STRING
   "Where updates of the program are published; empty for nowhere")
 set(VEK_UPDATE_PUBLIC_KEY "~/.local/share/vek-services/update-key.pem" CACHE STRING
   "PEM file of the Ed25519 key that the publisher of updates signs with")
+set(VEK_UPDATE_INTERVAL 86400 CACHE STRING "Seconds between two looks for updates")
 set(VEK_PACKAGE_MANAGER "" CACHE STRING
   "What updates the installation in the user's place, such as APT; empty for nothing")
 set(VEK_MODELS_FOLDER "~/.local/share/vek/models" CACHE STRING

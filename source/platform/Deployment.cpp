@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Deployment.hpp"
 
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <mutex>
 #include <optional>
@@ -36,6 +38,16 @@ boost::json::object readObject(std::filesystem::path const& file) {
   return std::move(value.as_object());
 }
 
+std::chrono::seconds readSeconds(std::filesystem::path const& file, std::string const& text) {
+  std::uint32_t count = 0;
+  auto const* const end = text.data() + text.size();
+  auto const [read, error] = std::from_chars(text.data(), end, count);
+  if (error != std::errc() || read != end || count == 0) {
+    throw badFile(file, fmt::format("\"{}\" is no number of seconds", text));
+  }
+  return std::chrono::seconds(count);
+}
+
 Deployment fromEnvironment() {
 #ifdef VEK_DEPLOYMENT_FROM_ENVIRONMENT
   if (char const* file = std::getenv("VEK_DEPLOYMENT_FILE"); file && *file) {
@@ -66,6 +78,7 @@ Deployment Deployment::builtIn() {
           .trustedAuthority = expandedPath(VEK_TRUSTED_AUTHORITY),
           .updateFeedURL = VEK_UPDATE_FEED_URL,
           .updatePublicKey = expandedPath(VEK_UPDATE_PUBLIC_KEY),
+          .updateInterval = std::chrono::seconds(VEK_UPDATE_INTERVAL),
           .packageManager = VEK_PACKAGE_MANAGER,
           .modelsFolder = expandedPath(VEK_MODELS_FOLDER)};
 }
@@ -91,6 +104,8 @@ Deployment Deployment::fromFile(std::filesystem::path const& file) {
       deployment.updateFeedURL = text;
     } else if (key == "updatePublicKey") {
       deployment.updatePublicKey = expandedPath(text);
+    } else if (key == "updateInterval") {
+      deployment.updateInterval = readSeconds(file, text);
     } else if (key == "packageManager") {
       deployment.packageManager = text;
     } else if (key == "modelsFolder") {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -27,6 +28,8 @@ struct Deployment {
   std::string updateFeedURL = {};
   /// PEM file of the key that the publisher of updates signs with.
   std::filesystem::path updatePublicKey = {};
+  /// Between two looks for updates.
+  std::chrono::seconds updateInterval = std::chrono::hours(24);
   /// What updates this installation in the user's place, such as "APT"; empty when nothing does.
   std::string packageManager = {};
   /// Folder of the speech engine and its models.

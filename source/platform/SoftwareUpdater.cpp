@@ -37,6 +37,13 @@ bool isNewer(Version const& version, std::string const& installed) {
 
 }  // namespace
 
+SoftwareUpdater::Schedule SoftwareUpdater::Schedule::every(milliseconds interval) {
+  Schedule schedule{.interval = interval, .jitter = interval / 24};
+  schedule.leastDelay = std::min(schedule.leastDelay, interval);
+  schedule.retryDelay = std::min(schedule.retryDelay, interval);
+  return schedule;
+}
+
 SoftwareUpdater::Parts SoftwareUpdater::Parts::live() {
   auto const values = deployment();
   return {.latest = [feed = UpdateFeed(HTTPClient::shared(), values.updateFeedURL,
@@ -44,7 +51,8 @@ SoftwareUpdater::Parts SoftwareUpdater::Parts::live() {
           .settings = UpdateSettings(UserDefaults::standard()),
           .installedVersion = Bundle::main().version,
           .packageManager = values.packageManager,
-          .hasFeed = !values.updateFeedURL.empty()};
+          .hasFeed = !values.updateFeedURL.empty(),
+          .schedule = Schedule::every(values.updateInterval)};
 }
 
 SoftwareUpdater::SoftwareUpdater(Parts parts, StandardUserDriver& driver,

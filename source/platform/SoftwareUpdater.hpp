@@ -32,6 +32,9 @@ class SoftwareUpdater : public std::enable_shared_from_this<SoftwareUpdater> {
     /// It looks this often whether a check is due: a wait in one piece would leave out the time
     /// that the machine sleeps.
     std::chrono::milliseconds longestWait = std::chrono::minutes(15);
+
+    /// One whose waits are in proportion to the interval.
+    static Schedule every(std::chrono::milliseconds interval);
   };
 
   /// What it stands on.

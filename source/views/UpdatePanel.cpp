@@ -46,7 +46,8 @@ void UpdatePanel::showFailure(UpdateError const& error) {
   auto const detail = QString::fromStdString(error.detail());
   failure_ = words(error.code());
   bool const isSentence = detail.endsWith(u'.');
-  if (!detail.isEmpty()) failure_ += (isSentence ? QStringLiteral(" %1") : QStringLiteral(" (%1)")).arg(detail);
+  if (!detail.isEmpty())
+    failure_ += (isSentence ? QStringLiteral(" %1") : QStringLiteral(" (%1)")).arg(detail);
   show(Page::Failure);
 }
 

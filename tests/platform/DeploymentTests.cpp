@@ -36,6 +36,8 @@ TEST(Deployment, BadFileSaysWhatIsWrong) {
   TemporaryFolder const folder;
   for (auto const& [content, reason] : {Case{R"({"backendURL": 8443})", "backendURL is not a text"},
                                         Case{R"({"backendUrl": "x"})", "key \"backendUrl\""},
+                                        Case{R"({"updateInterval": "0"})", "number of seconds"},
+                                        Case{R"({"updateInterval": "1h"})", "number of seconds"},
                                         Case{"[]", "no JSON object"}, Case{"{", "not JSON"}}) {
     replaceFile(folder / "file", content);
     EXPECT_THAT([&] { (void)Deployment::fromFile(folder / "file"); },

@@ -12,7 +12,6 @@ namespace vek::test {
 
 namespace {
 
-constexpr auto panelHeight = 28;
 constexpr auto panelSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -140,6 +139,19 @@ std::optional<std::string> Desktop::window(std::string const& title) const {
 std::string Desktop::activeWindow() const {
   auto const found = run({"xdotool", "getactivewindow"});
   return found.substr(0, found.find('\n'));
+}
+
+void Desktop::activate(std::string const& window) const {
+  bool const isActive = eventually([&] {
+    static_cast<void>(run({"xdotool", "windowactivate", window}));
+    return activeWindow() == window;
+  });
+  if (!isActive) throw std::runtime_error("the window did not come forward");
+}
+
+std::string Desktop::topWindow() const {
+  auto const stack = run({"xprop", "-root", "_NET_CLIENT_LIST_STACKING"});
+  return std::to_string(std::stoul(stack.substr(stack.rfind("0x")), nullptr, 16));
 }
 
 Point Desktop::position(std::string const& window) const {

@@ -28,6 +28,7 @@ class Desktop {
  public:
   static constexpr int width = 1280;
   static constexpr int height = 800;
+  static constexpr int panelHeight = 28;
 
   /// Throws std::runtime_error when it does not come up.
   Desktop();
@@ -53,6 +54,10 @@ class Desktop {
   /// The visible window of that title; nothing when there is none.
   [[nodiscard]] std::optional<std::string> window(std::string const& title) const;
   [[nodiscard]] std::string activeWindow() const;
+  /// Brings a window forward and waits until it has the keys.
+  void activate(std::string const& window) const;
+  /// The one above all others.
+  [[nodiscard]] std::string topWindow() const;
   [[nodiscard]] Point position(std::string const& window) const;
   void move(std::string const& window, Point position) const;
   void click(Point place) const;

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The main window on a real desktop: what its menu does, and that it grows with what it shows.
+// The main window on a real desktop: what its menu does, that it grows with what it shows, and the
+// windows beside it.
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <fstream>
 
 #include "support/Desktop.hpp"
 #include "support/LocalServices.hpp"
+#include "support/NotificationDaemon.hpp"
 #include "support/StoredCredentials.hpp"
 
 namespace vek::test {
@@ -18,15 +21,23 @@ constexpr int listHeight = 181;
 /// Of the window of updates, while it checks.
 constexpr int heightWithoutUpdate = 148;
 
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Optional;
+using testing::StartsWith;
+
 class MainWindow : public testing::Test {
  protected:
-  MainWindow() {
+  MainWindow() { deploy(); }
+
+  /// `more` are values beside those of the local services.
+  void deploy(std::string const& more = "") {
     std::ofstream(desktop.folder() / "deployment.json")
         << R"({"backendURL": ")" << services.url() << R"(", "updateFeedURL": ")" << services.url()
         << R"(/updates/feed.json", "updatePublicKey": ")"
         << (services.folder() / "update-key.pem").string() << R"(", "authConfiguration": ")"
         << (services.folder() / "Auth0.plist").string() << R"(", "trustedAuthority": ")"
-        << services.authority().string() << R"("})";
+        << services.authority().string() << '"' << more << '}';
   }
 
   /// The window, in front.
@@ -48,6 +59,20 @@ class MainWindow : public testing::Test {
     return std::stoi(geometry.substr(geometry.find("HEIGHT=") + 7));
   }
   void click(Point window, Point place) { desktop.click({window.x + place.x, window.y + place.y}); }
+  /// The settings window, in front.
+  std::string shownSettings() {
+    // Each other time it stays where it is.
+    EXPECT_TRUE(eventually([&] {
+      auto const window = desktop.window("VEK");
+      if (!window) return false;
+      desktop.activate(*window);
+      click(desktop.position(*window), menuButton);
+      static_cast<void>(desktop.run({"xdotool", "key", "Down", "Down", "Down", "Return"}));
+      return eventually([&] { return desktop.activeWindow() == desktop.window("General"); },
+                        std::chrono::seconds(5));
+    })) << desktop.log();
+    return desktop.window("General").value_or("");
+  }
   void press(std::string const& keys) { static_cast<void>(desktop.run({"xdotool", "key", keys})); }
 
   LocalServices const services{{"--update-version", "9.9"}};
@@ -79,6 +104,36 @@ TEST_F(MainWindow, ItsMenuShowsTheAboutPanelAndUpdatesInFrontAndQuits) {
   inFront("VEK");
   press("ctrl+q");
   EXPECT_EQ(vek->wait(), 0) << desktop.log();
+}
+
+TEST_F(MainWindow, SettingsComeForwardAndStandAfterARestartWhereTheyWereLeft) {
+  auto vek = desktop.startVek();
+  auto const first = shownSettings();
+  EXPECT_EQ(shownSettings(), first);
+  auto const before = desktop.position(first);
+  desktop.move(first, {333, 222});
+  ASSERT_TRUE(eventually([&] { return desktop.position(first) != before; }));
+  auto const place = desktop.position(first);
+  vek->signal(SIGTERM);
+  ASSERT_EQ(vek->wait(), 0) << desktop.log();
+
+  vek = desktop.startVek();
+  EXPECT_EQ(desktop.position(shownSettings()), place);
+}
+
+TEST_F(MainWindow, AnUpdateThatTheScheduleFindsIsNotifiedUntilTheUserTurnsToIt) {
+  deploy(R"(, "updateInterval": "1")");
+  NotificationDaemon daemon(desktop.environment["DBUS_SESSION_BUS_ADDRESS"]);
+  desktop.startPanel();
+  auto const other = desktop.start({"xmessage", "-title", "other", "text"});
+  auto const busyWith = inFront("other");
+  auto const vek = desktop.startVek();
+  EXPECT_THAT(daemon.nextCall(std::chrono::seconds(60)),
+              Optional(AllOf(StartsWith("Notify"), HasSubstr("Version 9.9 is now available"))));
+  ASSERT_TRUE(eventually([&] { return desktop.window("Update VEK").has_value(); }));
+  EXPECT_EQ(desktop.activeWindow(), busyWith) << "it takes no keys from others";
+  desktop.activate(desktop.window("Update VEK").value_or(""));
+  EXPECT_THAT(daemon.nextCall(), Optional(std::string("CloseNotification 1")));
 }
 
 TEST_F(MainWindow, GrowsByTheListAndShrinksAgain) {

@@ -9,8 +9,8 @@
 namespace vek::test {
 namespace {
 
-/// Right of this lies the first place of the window, below the right end of the panel.
-constexpr int distanceFromTheRight = 260;
+/// Below the right end of the panel.
+constexpr Point firstPlace{Desktop::width - 260, Desktop::panelHeight + 20};
 
 class StatusItem : public testing::Test {
  protected:
@@ -40,7 +40,9 @@ TEST_F(StatusItem, AClickShowsTheWindowInFrontAndTheNextOneHidesIt) {
   desktop.click(item);
   auto const window = shownWindow();
   EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == window; }));
-  EXPECT_EQ(desktop.position(window).x, Desktop::width - distanceFromTheRight);
+  EXPECT_EQ(desktop.position(window), firstPlace);
+  desktop.activate(desktop.window("other").value_or(""));
+  EXPECT_EQ(desktop.topWindow(), window) << "it stays above the others";
   desktop.click(item);
   EXPECT_TRUE(isHidden());
   desktop.click(item);
