@@ -3,7 +3,8 @@
 # vek_fuzzer(<name> [USES <room>...])
 # A libFuzzer program fuzz_<name> of <name>.cpp, which begins with the inputs in corpus/<name>. It is
 # part of the build with the address checks, where the rooms that it uses are compiled so that it
-# sees what it reaches, and runs there as a test for a short while. To let it run on:
+# sees what it reaches, and runs there as a test for a short while, always from the same seed so that
+# it fails for what changed. To let it look further:
 #   build/asan/bin/fuzz_<name> build/asan/corpus/<name> tests/fuzz/corpus/<name>
 function(vek_fuzzer name)
   cmake_parse_arguments(arg "" "" "USES" ${ARGN})
@@ -22,7 +23,7 @@ function(vek_fuzzer name)
   endforeach()
   set(found ${CMAKE_BINARY_DIR}/corpus/${name})
   file(MAKE_DIRECTORY ${found})
-  add_test(NAME fuzz.${name} COMMAND fuzz_${name} -max_total_time=5 -timeout=5 -rss_limit_mb=1024
+  add_test(NAME fuzz.${name} COMMAND fuzz_${name} -seed=1 -max_total_time=5 -timeout=5 -rss_limit_mb=1024
     -print_final_stats=1 -artifact_prefix=${CMAKE_BINARY_DIR}/${name}-
     ${found} ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
   set_tests_properties(fuzz.${name} PROPERTIES LABELS fuzz TIMEOUT 120

@@ -3,14 +3,18 @@
 #include "FuzzInput.hpp"
 #include "markdown/MarkdownDocument.hpp"
 
+#include <boost/algorithm/string/erase.hpp>
+
 #include <cctype>
 #include <string>
 
 namespace {
 
-/// The tree does not tell "1)" from "1.", nor a plain item among tasks from one to be done.
+/// The tree does not tell "1)" from "1.", a plain item among tasks from one to be done, nor a task
+/// among numbered items, which is set without its number, from any other.
 std::string words(std::string text) {
-  std::erase_if(text, [](unsigned char c) { return c < 0x80 && std::isalnum(c) == 0; });
+  boost::algorithm::erase_all(text, "[x]");
+  std::erase_if(text, [](unsigned char c) { return c < 0x80 && std::isalpha(c) == 0; });
   return text;
 }
 
