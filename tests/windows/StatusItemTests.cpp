@@ -9,8 +9,8 @@
 namespace vek::test {
 namespace {
 
-/// Below the right end of the panel.
-constexpr Point firstPlace{Desktop::width - 260, Desktop::panelHeight + 20};
+/// Below the right end of the panel, whose edge is a line of its own.
+constexpr Point firstPlace{Desktop::width - 260, Desktop::panelHeight + 1 + 20};
 
 class StatusItem : public testing::Test {
  protected:
