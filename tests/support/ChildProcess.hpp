@@ -30,6 +30,7 @@ class ChildProcess {
   [[nodiscard]] std::optional<std::string> readLine(
       std::chrono::milliseconds limit = std::chrono::seconds(60));
 
+  [[nodiscard]] pid_t pid() const { return pid_; }
   void signal(int number) const;
 
   /// Its exit status, or 128 and the number of the signal that ended it; nothing when it does not
