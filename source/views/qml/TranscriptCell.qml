@@ -22,7 +22,7 @@ CustomGroup {
     }
     /// What the cell says, for those who do not see it.
     readonly property string description: qsTr("%1, %2: %3")
-        .arg(startDate).arg(isAssigned ? customer : qsTr("no customer")).arg(beginning)
+        .arg(startDate).arg(isAssigned ? cell.customer : qsTr("no customer")).arg(beginning)
 
     implicitHeight: column.height + 2 * Theme.space2
 
@@ -71,7 +71,7 @@ CustomGroup {
         }
 
         Row {
-            height: Math.max(customer.height, date.height)
+            height: Math.max(customerText.height, date.height)
             spacing: Theme.space2
 
             Rectangle {
@@ -83,7 +83,7 @@ CustomGroup {
                 color: Theme.badge
             }
             Text {
-                id: customer
+                id: customerText
 
                 objectName: "customer"
                 anchors.verticalCenter: parent.verticalCenter
