@@ -1,19 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
 #include <atomic>
-#include <functional>
-#include <mutex>
 #include <thread>
 
 #include "records/TranscriptContentDTO.hpp"
 #include "support/BackendClient.hpp"
+#include "support/ChatEndpoint.hpp"
 #include "support/Environment.hpp"
 
 namespace vek::test {
@@ -21,91 +15,6 @@ namespace vek::test {
 namespace {
 
 using testing::HasSubstr;
-
-/// A chat-completions endpoint over plain HTTP that answers each request as it is told to.
-class ChatEndpoint {
- public:
-  ChatEndpoint() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(listener_, generic, length) != 0 || listen(listener_, 16) != 0 ||
-        getsockname(listener_, generic, &length) != 0) {
-      throw std::runtime_error("no endpoint");
-    }
-    port_ = ntohs(address.sin_port);
-    thread_ = std::thread([this] { serve(); });
-  }
-  ChatEndpoint(ChatEndpoint const&) = delete;
-  ChatEndpoint& operator=(ChatEndpoint const&) = delete;
-  ~ChatEndpoint() {
-    shutdown(listener_, SHUT_RDWR);
-    thread_.join();
-    close(listener_);
-  }
-
-  [[nodiscard]] std::string url() const {
-    return "http://127.0.0.1:" + std::to_string(port_) + "/v1/chat/completions";
-  }
-  void answer(int status, std::string body) {
-    std::lock_guard lock(mutex_);
-    status_ = status;
-    body_ = std::move(body);
-  }
-  /// The last request as it came.
-  std::string request() {
-    std::lock_guard lock(mutex_);
-    return request_;
-  }
-
-  std::atomic<int> count = 0;
-  std::atomic<bool> isSilent = false;
-
- private:
-  void serve() {
-    while (true) {
-      int const connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-      if (connection < 0) return;
-      auto request = read(connection);
-      ++count;
-      std::lock_guard lock(mutex_);
-      request_ = std::move(request);
-      if (isSilent) {
-        silent_.push_back(connection);
-        continue;
-      }
-      auto const reply =
-          "HTTP/1.1 " + std::to_string(status_) +
-          " X\r\nConnection: close\r\nContent-Length: " + std::to_string(body_.size()) +
-          "\r\n\r\n" + body_;
-      std::ignore = send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
-      close(connection);
-    }
-  }
-
-  /// Up to the end of the body, which is JSON and has no closing brace at the end of a block.
-  static std::string read(int connection) {
-    std::string text;
-    std::array<char, 4096> block{};
-    while (!text.ends_with("}]}")) {
-      auto const size = recv(connection, block.data(), block.size(), 0);
-      if (size <= 0) break;
-      text.append(block.data(), static_cast<std::size_t>(size));
-    }
-    return text;
-  }
-
-  int listener_;
-  int port_ = 0;
-  std::mutex mutex_;
-  int status_ = 200;
-  std::string body_;
-  std::string request_;
-  std::vector<int> silent_;
-  std::thread thread_;
-};
 
 class Chat : public testing::Test {
  protected:

@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 """The desktop program as those see it who read its screen aloud.
 
-    accessible.py tree           a line `role: name` for each thing on the screen, in its order
+    accessible.py tree           a line `role: name` for each thing on the screen, in its order,
+                                 and below it one `description: text` where it has one
     accessible.py press NAME     presses the button or opens the menu of that name, as they do
 """
 
@@ -45,5 +46,7 @@ def press(name):
 if sys.argv[1] == "tree":
     for thing in things():
         print(f"{thing.get_role_name()}: {thing.get_name()}")
+        if thing.get_description():
+            print(f"description: {thing.get_description()}")
 else:
     sys.exit(0 if press(sys.argv[2]) else 1)
