@@ -3,22 +3,14 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <optional>
 
+#include "platform/Number.hpp"
 #include "platform/Version.hpp"
 
 namespace vek::services {
 
 namespace {
-
-template <class Number>
-std::optional<Number> number(std::string_view text) {
-  Number number = 0;
-  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
 
 std::uint16_t port(std::string_view text) {
   if (auto const port = number<std::uint16_t>(text)) return *port;

@@ -3,22 +3,14 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <system_error>
 #include <utility>
 
 #include "platform/Log.hpp"
+#include "platform/Number.hpp"
 
 namespace vek {
 namespace {
-
-template <class Number>
-std::optional<Number> number(std::string_view text) {
-  Number number = 0;
-  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
 
 std::optional<bool> truth(std::string_view text) {
   if (text == "true") return true;
