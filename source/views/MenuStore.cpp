@@ -25,8 +25,4 @@ void MenuStore::aboutMenuItemClicked() {
   store_.send(Action::aboutMenuItemClicked{});
 }
 
-void MenuStore::settingsWindowCloseButtonClicked() {
-  store_.send(Action::settingsWindowCloseButtonClicked{});
-}
-
 }  // namespace vek

@@ -23,7 +23,6 @@ class MenuStore : public QObject {
   Q_INVOKABLE void quitMenuItemClicked();
   Q_INVOKABLE void checkForUpdatesMenuItemClicked();
   Q_INVOKABLE void aboutMenuItemClicked();
-  Q_INVOKABLE void settingsWindowCloseButtonClicked();
 
  private:
   Observed store_;

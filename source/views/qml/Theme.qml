@@ -15,7 +15,6 @@ QtObject {
     readonly property color window: isDark ? "#1c1c20" : "#fafafc"
     readonly property color windowOutline: isDark ? "#45454d" : "#d2d2da"
     readonly property color group: isDark ? "#2a2a30" : "#ffffff"
-    readonly property color popup: isDark ? "#2e2e35" : "#ffffff"
     readonly property color controlOutline: isDark ? "#797984" : "#8a8a96"
     readonly property color divider: isDark ? "#3a3a42" : "#e2e2e8"
     readonly property color hover: isDark ? "#14ffffff" : "#0f000020"
