@@ -15,11 +15,13 @@
 #include <thread>
 #include <vector>
 
+#include "Bound.hpp"
 #include "support/Desktop.hpp"
 
 namespace {
 
 using namespace vek::test;
+using vek::holds;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
@@ -93,13 +95,6 @@ std::map<std::string, double> recordingFigures(Desktop const& desktop) {
   std::string name;
   for (double value = 0; lines >> name >> value;) figures[name] = value;
   return figures;
-}
-
-/// Prints a figure beside its bound. Whether it keeps to it.
-bool holds(std::string const& what, double value, double bound) {
-  fmt::print("{:<44} {:8.3f}   at most {:.3f}{}\n", what, value, bound,
-             value <= bound ? "" : "   MISSED");
-  return value <= bound;
 }
 
 bool measureStart(Desktop const& desktop) {

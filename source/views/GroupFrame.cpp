@@ -17,11 +17,14 @@ constexpr qreal shadowFall = 4;
 
 GroupFrame::GroupFrame(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAntialiasing(true);
-  connect(this, &GroupFrame::changed, this, [this] { update(); });
+  for (auto const signal :
+       {&GroupFrame::changed, &GroupFrame::frameHeightChanged, &GroupFrame::aboveChanged})
+    connect(this, signal, this, [this] { update(); });
 }
 
 void GroupFrame::paint(QPainter* painter) {
-  auto const ground = boundingRect().adjusted(margin_, margin_, -margin_, -margin_);
+  auto const ground =
+      QRectF(0, -above_, width(), frameHeight_).adjusted(margin_, margin_, -margin_, -margin_);
   painter->setRenderHint(QPainter::Antialiasing);
   if (shadow_.alpha() > 0) paintShadow(*painter, ground);
   QLinearGradient outline(ground.topLeft(), ground.bottomLeft());

@@ -8,7 +8,8 @@
 namespace vek {
 
 /// A rounded ground with an outline whose colour runs from top to bottom, and a soft shadow in the
-/// margin around it. Painted, since effects draw nothing without a graphics card.
+/// margin around it. Painted, since effects draw nothing without a graphics card. The item can be a
+/// part of the frame, as high as what is seen of it, since all that an item covers takes memory.
 class GroupFrame : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
@@ -19,6 +20,9 @@ class GroupFrame : public QQuickPaintedItem {
   Q_PROPERTY(qreal radius MEMBER radius_ NOTIFY changed)
   /// Between the edge of the item and the ground on all sides: the room of the shadow.
   Q_PROPERTY(qreal margin MEMBER margin_ NOTIFY changed)
+  /// How high the whole frame is, its margins included, and how much of it is above the item.
+  Q_PROPERTY(qreal frameHeight MEMBER frameHeight_ NOTIFY frameHeightChanged)
+  Q_PROPERTY(qreal above MEMBER above_ NOTIFY aboveChanged)
 
  public:
   explicit GroupFrame(QQuickItem* parent = nullptr);
@@ -26,6 +30,8 @@ class GroupFrame : public QQuickPaintedItem {
   void paint(QPainter* painter) override;
 
   Q_SIGNAL void changed();
+  Q_SIGNAL void frameHeightChanged();
+  Q_SIGNAL void aboveChanged();
 
  private:
   void paintShadow(QPainter& painter, QRectF const& ground) const;
@@ -36,6 +42,8 @@ class GroupFrame : public QQuickPaintedItem {
   QColor shadow_;
   qreal radius_ = 0;
   qreal margin_ = 0;
+  qreal frameHeight_ = 0;
+  qreal above_ = 0;
 };
 
 }  // namespace vek

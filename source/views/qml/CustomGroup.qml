@@ -3,19 +3,27 @@ import QtQuick
 import VEK
 
 // The group look: content on a raised ground with a fine outline. With `isFloating` it throws a
-// shadow on what is below.
+// shadow on what is below. `viewTop` and `viewHeight` say which part of it its surroundings show.
 Item {
     id: group
 
     property bool isFloating: false
+    property real viewTop: 0
+    property real viewHeight: height
 
     function faded(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, opacity);
     }
 
     GroupFrame {
-        anchors.fill: parent
-        anchors.margins: -margin
+        readonly property real seenHeight: Math.min(group.viewHeight, group.height)
+
+        x: -margin
+        y: above - margin
+        width: group.width + 2 * margin
+        height: seenHeight + 2 * margin
+        above: Math.max(0, Math.min(group.viewTop, group.height - seenHeight))
+        frameHeight: group.height + 2 * margin
         margin: group.isFloating ? Theme.space4 : 0
         radius: Theme.groupRadius
         fill: Theme.group

@@ -27,6 +27,8 @@ Item {
 
         anchors.fill: parent
         anchors.margins: Theme.space3
+        viewTop: group.view.contentY - group.y - y
+        viewHeight: group.view.height
 
         Markdown {
             id: markdown

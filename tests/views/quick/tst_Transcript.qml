@@ -89,6 +89,22 @@ TestCase {
         verify(part("analysis").markdown.page.rectOf("Worth").height > 26);
     }
 
+    function painted(item: Item): var {
+        const own = item instanceof GroupFrame || item instanceof MarkdownPage ? [item] : [];
+        return Array.from(item.children).reduce((all, child) => all.concat(painted(child)), own);
+    }
+
+    function test_aLongDocumentTakesAPictureOfWhatIsSeenOfIt() {
+        const scroll = part("transcriptScroll");
+        transcript.show({ text: "a\n".repeat(500), analysis: "b\n\n".repeat(500) });
+        tryVerify(() => scroll.contentHeight > 15000);
+        verify(painted(scroll).length >= 4);
+        for (const item of painted(scroll)) verify(item.height <= scroll.height, item);
+        scroll.contentY = scroll.contentHeight - scroll.height;
+        const frame = painted(part("words"))[0];
+        compare(frame.y + frame.height, frame.parent.height);
+    }
+
     function test_aCustomerIsChosenAndAssigned() {
         transcript.show({ text: "a" });
         const picker = part("customerPicker"), bar = part("assignBar"), button = part("assignButton");
