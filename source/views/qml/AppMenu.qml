@@ -14,6 +14,8 @@ T.Menu {
     padding: Theme.space1
     margins: Theme.space1
     transformOrigin: Item.BottomRight
+    // A press on the button closes it by that button.
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
     contentItem: ListView {
         implicitHeight: contentHeight
@@ -21,6 +23,13 @@ T.Menu {
         interactive: false
         currentIndex: menu.currentIndex
         keyNavigationWraps: true
+
+        // While the menu is open, those of the window are not heard.
+        MenuShortcuts {
+            enabled: menu.visible
+            store: menu.store
+            onActivated: menu.close()
+        }
     }
     background: CustomGroup {
         isFloating: true

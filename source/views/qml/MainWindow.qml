@@ -67,14 +67,8 @@ FittedWindow {
         store: window.store
     }
 
-    // Two entries of the menu show this one; the first of them has it.
-    Shortcut {
-        sequence: "Ctrl+,"
-        onActivated: window.store.menu.checkForUpdatesMenuItemClicked()
-    }
-    Shortcut {
-        sequence: "Ctrl+Q"
-        onActivated: window.store.menu.quitMenuItemClicked()
+    MenuShortcuts {
+        store: window.store.menu
     }
     Shortcut {
         sequence: "Ctrl+W"

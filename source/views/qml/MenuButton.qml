@@ -8,6 +8,7 @@ T.AbstractButton {
     id: button
 
     required property MenuStore store
+    readonly property alias menu: menu
 
     objectName: "menuButton"
     implicitWidth: Theme.control
@@ -18,14 +19,14 @@ T.AbstractButton {
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: text
     Accessible.onPressAction: if (button.enabled) button.clicked()
-    onClicked: menu.open()
+    onClicked: menu.visible ? menu.close() : menu.open()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Rectangle {
             anchors.centerIn: parent
-            width: Theme.symbol + 1
+            width: Theme.symbol
             height: width
             radius: width / 2
             color: Theme.secondary

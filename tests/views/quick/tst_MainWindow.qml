@@ -73,6 +73,23 @@ TestCase {
         compare(app.sent, [row.sends, row.sends]);
     }
 
+    function test_theMenuOpensAndClosesByItsButtonAndHearsItsKeys() {
+        const button = part("menuButton"), menu = button.menu;
+        test.Window.window.requestActivate();
+        tryCompare(test.Window, "active", true);
+        for (const isOpen of [true, false, true]) {
+            mouseClick(button);
+            tryCompare(menu, isOpen ? "opened" : "visible", isOpen);
+        }
+        keyClick(Qt.Key_Comma, Qt.ControlModifier);
+        tryCompare(menu, "visible", false);
+        mouseClick(button);
+        tryCompare(menu, "opened", true);
+        keyClick(Qt.Key_Q, Qt.ControlModifier);
+        tryCompare(menu, "visible", false);
+        compare(app.sent, ["menu(checkForUpdatesMenuItemClicked)", "menu(quitMenuItemClicked)"]);
+    }
+
     function test_buttonsWaitWhileTheirRequestIsOpen() {
         app.show({ loggingIn: true });
         compare(part("loginButton").enabled, false);
