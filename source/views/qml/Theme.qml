@@ -28,7 +28,7 @@ QtObject {
     readonly property color accentHover: isDark ? "#5a5cdc" : "#463dd0"
     readonly property color accentPressed: isDark ? "#4c4ec4" : "#3c34b8"
     readonly property color accentText: "#ffffff"
-    readonly property color focus: isDark ? "#8f93ff" : "#4f46e5"
+    readonly property color focus: isDark ? "#a0a3ff" : "#4f46e5"
     readonly property color record: isDark ? "#ff5c5c" : "#d9262e"
     readonly property color badge: "#d3222b"
     readonly property color badgeText: "#ffffff"

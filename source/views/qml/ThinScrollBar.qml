@@ -15,7 +15,7 @@ T.ScrollBar {
         implicitWidth: 4
         radius: 2
         color: Theme.secondary
-        opacity: bar.active ? 0.8 : 0.35
+        opacity: bar.active ? 0.9 : 0.7
 
         Behavior on opacity {
             NumberAnimation { duration: Theme.quick }

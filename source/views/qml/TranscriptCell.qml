@@ -21,8 +21,8 @@ CustomGroup {
         }
     }
     /// What the cell says, for those who do not see it.
-    readonly property string description: qsTr("%1, %2: %3")
-        .arg(startDate).arg(isAssigned ? cell.customer : qsTr("no customer")).arg(beginning)
+    readonly property string description: startDate + ", "
+        + (isAssigned ? customer : qsTr("no customer")) + (beginning === "" ? "" : ": " + beginning)
 
     implicitHeight: column.height + 2 * Theme.space2
 
@@ -80,7 +80,7 @@ CustomGroup {
                 width: 8
                 height: 8
                 visible: !cell.isAssigned
-                color: Theme.badge
+                color: Theme.record
             }
             Text {
                 id: customerText

@@ -29,7 +29,10 @@ TestCase {
                 verify(contrast(Theme.secondary, ground) >= text);
                 verify(contrast(Theme.record, ground) >= graphics);
                 verify(contrast(Theme.focus, ground) >= graphics);
+                verify(contrast(Theme.record, Qt.tint(ground, Theme.hover)) >= graphics);
+                verify(contrast(Theme.secondary, Qt.tint(ground, Theme.pressed)) >= graphics);
             }
+            verify(contrast(Theme.focus, Qt.tint(Theme.window, Theme.pressed)) >= text);
             for (const ground of [Theme.accent, Theme.accentHover, Theme.accentPressed]) {
                 verify(contrast(Theme.accentText, ground) >= text, ground);
             }
