@@ -22,7 +22,9 @@ inline QString text(std::optional<ErrorObject> const& error) {
 inline QString text(Date moment) {
   using std::chrono::milliseconds;
   auto const since = std::chrono::duration_cast<milliseconds>(moment.time_since_epoch());
-  return QLocale().toString(QDateTime::fromMSecsSinceEpoch(since.count()), QLocale::ShortFormat);
+  // The C locale's short form names the month and has seconds.
+  auto const locale = QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale();
+  return locale.toString(QDateTime::fromMSecsSinceEpoch(since.count()), QLocale::ShortFormat);
 }
 
 /// A date as a part of a file's name, which sorts by it.
