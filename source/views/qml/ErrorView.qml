@@ -16,7 +16,17 @@ CustomGroup {
     isFloating: true
     Accessible.role: Accessible.AlertMessage
     Accessible.name: error
+    onVisibleChanged: if (visible) appearance.restart()
 
+    NumberAnimation {
+        id: appearance
+
+        target: view
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: Theme.quick
+    }
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
