@@ -29,6 +29,9 @@ TEST_F(Accessibility, AllThatCanBePressedHasANameAndCanBePressed) {
   EXPECT_TRUE(screen.shows("menu item: Quit VEK")) << screen.tree();
   EXPECT_TRUE(screen.press("Settings…"));
   EXPECT_TRUE(screen.shows("frame: General")) << screen.tree();
+  EXPECT_TRUE(screen.shows("label: The recognition by Apple is done on the device."))
+      << screen.tree();
+  EXPECT_TRUE(screen.shows("description: Apple")) << screen.tree();
   EXPECT_TRUE(screen.press("Account"));
   EXPECT_TRUE(screen.shows("frame: Account")) << screen.tree();
   EXPECT_THAT(screen.tree(), Not(HasSubstr("button: \n")));

@@ -46,21 +46,19 @@ Window {
             width: 1
             height: Theme.space1
         }
-        Text {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "VEK"
-            color: Theme.primary
             font.pixelSize: Theme.title
             font.weight: Font.DemiBold
         }
-        Text {
+        Label {
             objectName: "version"
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Version %1").arg(panel.version)
             color: Theme.secondary
-            font.pixelSize: Theme.body
         }
-        Text {
+        Label {
             anchors.horizontalCenter: parent.horizontalCenter
             topPadding: Theme.space2
             text: qsTr("© 2026 VEK contributors, under the MIT licence")
@@ -69,15 +67,13 @@ Window {
         }
     }
 
-    Text {
+    Label {
         id: caption
 
         anchors.top: head.bottom
         anchors.topMargin: Theme.space6
         anchors.left: group.left
         text: qsTr("VEK stands on")
-        color: Theme.primary
-        font.pixelSize: Theme.body
         font.weight: Font.Medium
     }
 

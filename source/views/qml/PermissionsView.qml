@@ -19,11 +19,10 @@ Column {
         }
     }
 
-    Text {
+    Label {
         width: parent.width
         text: qsTr("The app doesn't have speech recognition permission.")
         color: Theme.secondary
-        font.pixelSize: Theme.body
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
     }

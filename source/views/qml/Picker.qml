@@ -18,6 +18,7 @@ T.ComboBox {
     baselineOffset: contentItem.y + contentItem.baselineOffset
     Accessible.role: Accessible.ComboBox
     Accessible.name: name
+    Accessible.description: displayText
     Accessible.onPressAction: picker.popup.open()
 
     contentItem: Text {

@@ -26,14 +26,14 @@ Container {
             width: 1
             height: Theme.space2
         }
-        Text {
+        Label {
             objectName: "providerNote"
             width: parent.width
             text: view.provider.value === RecognitionProviderReference.Apple
                 ? qsTr("The recognition by Apple is done on the device.")
                 : qsTr("The recognition by Deepgram is performed on a server.")
             color: Theme.secondary
-            font.pixelSize: 11
+            font.pixelSize: Theme.footnote
             wrapMode: Text.WordWrap
         }
     }

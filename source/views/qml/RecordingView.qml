@@ -40,16 +40,14 @@ Column {
         }
     }
 
-    Text {
+    Label {
         id: elapsed
 
         objectName: "elapsedTime"
         width: parent.width
         height: 20
         opacity: view.recordingStore.isRecording ? 1 : 0
-        color: Theme.primary
         font.family: Theme.clockFamily
-        font.pixelSize: Theme.body
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
 

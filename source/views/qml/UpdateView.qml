@@ -66,13 +66,11 @@ Item {
             Accessible.role: Accessible.Heading
             Accessible.name: view.heading
         }
-        Text {
+        Label {
             objectName: "detail"
             width: parent.width
             text: view.detail
-            textFormat: Text.PlainText
             color: Theme.secondary
-            font.pixelSize: Theme.body
             wrapMode: Text.Wrap
             visible: text !== ""
         }
@@ -92,40 +90,42 @@ Item {
             Flickable {
                 id: scroll
 
+                function scrollBy(distance: real) {
+                    contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
+                }
+
                 anchors.fill: parent
                 anchors.margins: 1
                 contentHeight: notesText.height - 2
                 boundsBehavior: Flickable.StopAtBounds
                 clip: true
                 activeFocusOnTab: contentHeight > height
-                Keys.onDownPressed: flick(0, -600)
-                Keys.onUpPressed: flick(0, 600)
+                Keys.onDownPressed: scrollBy(Theme.space6)
+                Keys.onUpPressed: scrollBy(-Theme.space6)
                 T.ScrollBar.vertical: ThinScrollBar {}
 
-                Text {
+                Label {
                     id: notesText
 
                     objectName: "notesText"
                     width: scroll.width
                     padding: Theme.space3
                     text: view.panel.notes
-                    textFormat: Text.PlainText
-                    color: Theme.primary
-                    font.pixelSize: Theme.body
                     lineHeight: 1.2
                     wrapMode: Text.Wrap
                 }
             }
+            FocusRing {
+                radius: Theme.groupRadius + 3
+                visible: scroll.activeFocus
+            }
         }
-        Text {
+        Label {
             objectName: "managed"
             width: parent.width
             topPadding: Theme.space1
             visible: view.isManaged
             text: qsTr("%1 keeps this installation up to date.").arg(view.panel.packageManager)
-            textFormat: Text.PlainText
-            color: Theme.primary
-            font.pixelSize: Theme.body
             wrapMode: Text.Wrap
         }
         TextEdit {
@@ -140,6 +140,8 @@ Item {
             wrapMode: TextEdit.Wrap
             readOnly: true
             selectByMouse: true
+            selectByKeyboard: true
+            activeFocusOnTab: true
             Accessible.role: Accessible.AlertMessage
             Accessible.name: text
         }
