@@ -31,9 +31,15 @@ void attach(cmark_parser& parser, char const* name) {
   if (extension) cmark_parser_attach_syntax_extension(&parser, extension);
 }
 
+}  // namespace
+
+void MarkdownDocument::Free::operator()(cmark_node* node) const {
+  cmark_node_free(node);
+}
+
 /// cmark-gfm fills short rows up to the width of their table, and reads a row in the square of its
 /// width. What is wider or larger than anyone reads stays text, so that a short text stays small.
-bool hasReadableTables(std::string_view text) {
+MarkdownDocument::Tables MarkdownDocument::tablesOf(std::string_view text) {
   constexpr std::size_t mostColumns = 1000;
   constexpr std::size_t mostCells = 200'000;
   std::size_t cells = 0;
@@ -49,13 +55,8 @@ bool hasReadableTables(std::string_view text) {
     if (columns > 0) ++lines;
     text.remove_prefix(std::min(text.size(), line.size() + 1));
   }
-  return columns <= mostColumns && cells + columns * lines <= mostCells;
-}
-
-}  // namespace
-
-void MarkdownDocument::Free::operator()(cmark_node* node) const {
-  cmark_node_free(node);
+  bool const isReadable = columns <= mostColumns && cells + columns * lines <= mostCells;
+  return isReadable ? Tables::asGrid : Tables::asText;
 }
 
 MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
@@ -64,7 +65,7 @@ MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
       cmark_parser_new(options), cmark_parser_free);
   for (auto const* name : {"autolink", "strikethrough", "tagfilter", "tasklist"})
     attach(*parser, name);
-  if (tables == Tables::asGrid && hasReadableTables(text)) attach(*parser, "table");
+  if (tables == Tables::asGrid) attach(*parser, "table");
   cmark_parser_feed(parser.get(), text.data(), text.size());
   return MarkdownDocument(cmark_parser_finish(parser.get()));
 }

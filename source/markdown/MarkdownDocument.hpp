@@ -14,10 +14,10 @@ namespace vek {
 /// A document of cmark-gfm, which parses and knows other ways to write a text down.
 class MarkdownDocument {
  public:
-  /// Systems before version 13.0 cannot draw a grid: there a table stays text.
   enum class Tables { asText, asGrid };
 
-  static MarkdownDocument parse(std::string_view text, Tables tables = Tables::asGrid);
+  static MarkdownDocument parse(std::string_view text) { return parse(text, tablesOf(text)); }
+  static MarkdownDocument parse(std::string_view text, Tables tables);
 
   /// Writes a tree back. What a node cannot hold by the rules of cmark-gfm is left out.
   explicit MarkdownDocument(MarkdownContent const& content);
@@ -27,6 +27,9 @@ class MarkdownDocument {
   [[nodiscard]] std::string plainText() const;
 
  private:
+  /// Whether the tables of a text are grids or stay the text that they are.
+  static Tables tablesOf(std::string_view text);
+
   struct Free {
     void operator()(cmark_node* node) const;
   };
