@@ -13,6 +13,7 @@ namespace {
 
 /// Blocks that nest deeper than this stand where their parent does.
 constexpr double deepest = 240;
+constexpr int mostFrames = 48;
 /// Between a marker and what it marks.
 constexpr auto markerGap = RelativeSize::em(0.5);
 /// Below a paragraph of a tight list.
@@ -28,8 +29,8 @@ std::string_view withoutLastBreak(std::string_view text) {
 std::vector<DrawnBlock> BlockSequence::of(MarkdownContent const& content,
                                           MarkdownEnvironment const& environment) {
   BlockSequence sequence(environment);
-  sequence.walk(
-      {.children = content.blocks, .place = {.text = environment.theme.text.appliedTo({})}});
+  Place const whole{.label = {.text = environment.theme.text.appliedTo({})}};
+  sequence.walk({.children = content.blocks, .place = whole});
   return std::move(sequence.blocks_);
 }
 
@@ -51,41 +52,66 @@ void BlockSequence::walk(Open open) {
 
 void BlockSequence::begin(Open& open) {
   if (open.marker) waitingMarkers_.push_back(*std::exchange(open.marker, std::nullopt));
+  gap_ = std::max(gap_, open.margin.top.value_or(0));
 }
 
 void BlockSequence::end(Open const& open) {
   bool const isEmptyItem = !waitingMarkers_.empty() && open.children.empty();
-  if (isEmptyItem) addText({.text = open.place.text}, {}, open.place);
-  gap_ = std::max(gap_, open.bottom);
+  if (isEmptyItem) addText(open.place.label, {}, open.place);
+  auto const& frame = open.place.frame;
+  bool const ends = open.endsFrame && !blocks_.empty() && blocks_.back().isIn(*frame);
+  if (ends) blocks_.back().paddingBelow += frame->bottom;
+  gap_ = std::max(gap_, open.margin.bottom.value_or(0));
 }
 
-BlockConfiguration BlockSequence::configuration(BlockNode const& block, Place const& in) const {
-  return {.label = {.text = in.text}, .content = MarkdownContent({block})};
+BlockConfiguration BlockSequence::configuration(BlockNode const& block, Place const& in) {
+  return {.label = in.label, .content = MarkdownContent({block})};
+}
+
+BlockSequence::Place BlockSequence::within(DrawnBlock::Frame::Kind kind, Drawable const& drawable,
+                                           Place const& in) {
+  auto place = in;
+  place.label = {.text = drawable.text, .lineSpacing = drawable.lineSpacing};
+  auto const depth = in.frame ? in.frame->depth + 1 : 1;
+  if (in.leading >= deepest || depth > mostFrames) return place;
+  place.leading += drawable.padding.leading;
+  place.trailing += drawable.padding.trailing;
+  place.frame = std::make_shared<DrawnBlock::Frame const>(
+      DrawnBlock::Frame{.kind = kind,
+                        .outer = in.frame,
+                        .depth = depth,
+                        .leading = in.leading,
+                        .trailing = in.trailing,
+                        .top = drawable.padding.top,
+                        .bottom = drawable.padding.bottom,
+                        .background = drawable.background,
+                        .border = drawable.border,
+                        .leadingBar = drawable.leadingBar});
+  return place;
 }
 
 void BlockSequence::add(BlockNode const& block, Place const& in) {
   auto const& theme = environment_.theme;
+  auto const listMarker = [&](BlockStyle<ListMarkerConfiguration> const& style, int first) {
+    return [&style, first, level = in.listLevel + 1](std::size_t item, Drawable label) {
+      auto const number = first + static_cast<int>(item);
+      return style({.listLevel = level, .itemNumber = number, .label = std::move(label)});
+    };
+  };
   match(
       block, [&](BlockNode::blockquote const& quote) { addQuote(quote, in); },
       [&](BlockNode::bulletedList const& list) {
-        std::vector<Item> items;
-        for (int number = 1; auto const& item : list.items)
-          items.push_back({item.children, itemMarker(theme.bulletedListMarker, number++, in)});
-        addList(block, std::move(items), list.isTight, in);
+        addList(block, list.items, list.isTight, in, listMarker(theme.bulletedListMarker, 1));
       },
       [&](BlockNode::numberedList const& list) {
-        std::vector<Item> items;
-        for (int number = list.start; auto const& item : list.items)
-          items.push_back({item.children, itemMarker(theme.numberedListMarker, number++, in)});
-        addList(block, std::move(items), list.isTight, in);
+        addList(block, list.items, list.isTight, in,
+                listMarker(theme.numberedListMarker, list.start));
       },
       [&](BlockNode::taskList const& list) {
-        std::vector<Item> items;
-        for (auto const& item : list.items) {
-          items.push_back({item.children, theme.taskListMarker({.isCompleted = item.isCompleted,
-                                                                .label = {.text = in.text}})});
-        }
-        addList(block, std::move(items), list.isTight, in);
+        addList(block, list.items, list.isTight, in, [&](std::size_t item, Drawable label) {
+          return theme.taskListMarker(
+              {.isCompleted = list.items[item].isCompleted, .label = std::move(label)});
+        });
       },
       [&](BlockNode::codeBlock const& code) { addCode(code, in); },
       [&](BlockNode::htmlBlock const& html) { addHTML(html, in); },
@@ -105,55 +131,58 @@ void BlockSequence::add(BlockNode const& block, Place const& in) {
 
 void BlockSequence::addQuote(BlockNode::blockquote const& quote, Place const& in) {
   auto const drawable = environment_.theme.blockquote(configuration(quote, in));
-  auto place = in;
-  place.text = drawable.text;
+  auto place = within(DrawnBlock::Frame::Kind::quote, drawable, in);
   place.tightSpacingEnabled = false;
-  if (place.leading < deepest) {
-    if (drawable.leadingBar)
-      place.bars.push_back({.quote = quotes_++, .left = in.leading, .color = *drawable.leadingBar});
-    place.leading += drawable.padding.leading;
-    place.trailing += drawable.padding.trailing;
-  }
-  gap_ = std::max(gap_, drawable.margin.top.value_or(0));
+  bool const isFramed = place.frame != in.frame;
   open_.push_back({.children = quote.children,
                    .place = std::move(place),
-                   .bottom = drawable.margin.bottom.value_or(0)});
+                   .margin = drawable.margin,
+                   .endsFrame = isFramed});
 }
 
-Drawable BlockSequence::itemMarker(BlockStyle<ListMarkerConfiguration> const& style, int number,
-                                   Place const& in) const {
-  return style({.listLevel = in.listLevel + 1, .itemNumber = number, .label = {.text = in.text}});
-}
-
-void BlockSequence::addList(BlockNode const& list, std::vector<Item> items, bool isTight,
-                            Place const& in) {
+template <class Item, class Marker>
+void BlockSequence::addList(BlockNode const& list, Children<Item> const& items, bool isTight,
+                            Place const& in, Marker marker) {
   auto const drawable = environment_.theme.list(configuration(list, in));
-  double width = 0;
-  for (auto const& item : items) {
-    width = std::max({width, item.marker.minimumWidth, environment_.markerWidth(item.marker)});
-  }
-  auto place = in;
-  auto const left = in.leading + drawable.padding.leading;
+  auto place = within(DrawnBlock::Frame::Kind::list, drawable, in);
+  bool const isFramed = place.frame != in.frame;
   place.listLevel = in.listLevel + 1;
   place.tightSpacingEnabled = isTight;
-  place.text = environment_.theme.listItem(configuration(list, in)).text;
-  bool const isSeen = in.leading < deepest;
-  if (isSeen) place.leading = left + width + in.text.font.points(markerGap);
+  std::vector<Drawable> markers;
+  markers.reserve(items.size());
+  double width = 0;
+  for (std::size_t item = 0; item < items.size(); ++item) {
+    auto const& last = markers.emplace_back(marker(item, place.label));
+    width = std::max({width, last.minimumWidth, environment_.markerWidth(last)});
+  }
 
+  auto margin = drawable.margin;
+  if (in.tightSpacingEnabled) margin.bottom = 0;
+  gap_ = std::max(gap_, margin.top.value_or(0));
   // Ends the list, after its items, which are walked from the top of the stack.
-  auto const bottom = in.tightSpacingEnabled ? 0 : drawable.margin.bottom.value_or(0);
-  open_.push_back({.children = {}, .place = in, .bottom = bottom});
-  gap_ = std::max(gap_, drawable.margin.top.value_or(0));
-  for (auto item = items.rbegin(); item != items.rend(); ++item) {
-    Open open{.children = std::move(item->children), .place = place};
-    if (isSeen) open.marker = {.drawable = item->marker, .left = left, .width = width};
+  open_.push_back({.children = {},
+                   .place = place,
+                   .margin = {.top = {}, .bottom = margin.bottom},
+                   .endsFrame = isFramed});
+  for (auto item = items.size(); item-- > 0;) {
+    auto const style = environment_.theme.listItem(
+        {.label = place.label, .content = MarkdownContent(items[item].children)});
+    auto inside = within(DrawnBlock::Frame::Kind::item, style, place);
+    Open open{.children = items[item].children,
+              .margin = style.margin,
+              .endsFrame = inside.frame != place.frame};
+    if (isFramed && open.endsFrame) {
+      open.marker = {.drawable = std::move(markers[item]), .left = inside.leading, .width = width};
+      inside.leading += width + style.text.font.points(markerGap);
+    }
+    open.place = std::move(inside);
     open_.push_back(std::move(open));
   }
 }
 
 void BlockSequence::addLine(Drawable drawable, Children<InlineNode> const& content, int level,
                             Place const& in) {
-  auto runs = inlineRuns(content, environment_.theme, drawable.text, environment_.softBreak);
+  auto runs = inlineRuns(content, environment_.theme, drawable.text, environment_.softBreakMode);
   addText(std::move(drawable), {.runs = std::move(runs), .headingLevel = level}, in);
 }
 
@@ -174,12 +203,11 @@ void BlockSequence::addParagraph(BlockNode::paragraph const& paragraph, Place co
 
 void BlockSequence::addCode(BlockNode::codeBlock const& code, Place const& in) {
   auto const info = code.fenceInfo.value_or("");
-  CodeBlockConfiguration const configuration{.language = info.substr(0, info.find(' ')),
-                                             .content = code.content,
-                                             .label = {.text = in.text}};
+  CodeBlockConfiguration const configuration{
+      .language = info.substr(0, info.find(' ')), .content = code.content, .label = in.label};
   auto drawable = environment_.theme.codeBlock(configuration);
-  auto runs = environment_.highlight(std::string(withoutLastBreak(code.content)),
-                                     configuration.language, drawable.text);
+  auto runs = environment_.codeSyntaxHighlighter(std::string(withoutLastBreak(code.content)),
+                                                 configuration.language, drawable.text);
   addText(std::move(drawable), {.runs = std::move(runs)}, in);
 }
 
@@ -192,17 +220,19 @@ void BlockSequence::addHTML(BlockNode::htmlBlock const& html, Place const& in) {
 
 void BlockSequence::addTable(BlockNode::table const& table, Place const& in) {
   auto const& theme = environment_.theme;
+  auto drawable = theme.table(configuration(table, in));
+  Drawable const label{.text = drawable.text, .lineSpacing = drawable.lineSpacing};
   DrawnBlock::Grid grid{.columnAlignments = table.columnAlignments, .rows = {}};
   for (auto const& row : table.rows) {
     auto& cells = grid.rows.emplace_back();
     for (auto const& cell : row.cells) {
-      auto drawable = theme.tableCell(
-          {.row = grid.rows.size() - 1, .column = cells.size(), .label = {.text = in.text}});
-      auto runs = inlineRuns(cell.content, theme, drawable.text, environment_.softBreak);
-      cells.push_back({std::move(drawable), std::move(runs)});
+      auto look =
+          theme.tableCell({.row = grid.rows.size() - 1, .column = cells.size(), .label = label});
+      auto runs = inlineRuns(cell.content, theme, look.text, environment_.softBreakMode);
+      cells.push_back({std::move(look), std::move(runs)});
     }
   }
-  put({.content = std::move(grid), .drawable = theme.table(configuration(table, in))}, in);
+  put({.content = std::move(grid), .drawable = std::move(drawable)}, in);
 }
 
 void BlockSequence::put(DrawnBlock block, Place const& in) {
@@ -210,7 +240,11 @@ void BlockSequence::put(DrawnBlock block, Place const& in) {
   gap_ = block.drawable.margin.bottom.value_or(0);
   block.leading = in.leading;
   block.trailing = in.trailing;
-  block.bars = in.bars;
+  block.frame = in.frame;
+  for (auto const* frame = in.frame.get(); frame; frame = frame->outer.get()) {
+    if (!blocks_.empty() && blocks_.back().isIn(*frame)) break;
+    block.paddingAbove += frame->top;
+  }
   block.markers = std::exchange(waitingMarkers_, {});
   blocks_.push_back(std::move(block));
 }

@@ -2,24 +2,14 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <vector>
 
-#include "markdown/CodeSyntaxHighlighter.hpp"
 #include "markdown/DrawnBlock.hpp"
 #include "markdown/MarkdownContent.hpp"
+#include "markdown/MarkdownEnvironment.hpp"
 
 namespace vek {
-
-/// What a document is drawn with beside its content.
-struct MarkdownEnvironment {
-  Theme theme = Theme::standard();
-  SoftBreak::Mode softBreak = SoftBreak::Mode::space;
-  CodeSyntaxHighlighter highlight = plainTextHighlighter;
-  /// How wide the label of a marker is, in points.
-  std::function<double(Drawable const& marker)> markerWidth = [](Drawable const&) { return 0.0; };
-};
 
 /// Undoes the nesting of a document. Of the margins between two blocks, those of the blocks that
 /// begin or end there included, the largest is the gap. Nests as deep as the text is long are
@@ -32,24 +22,23 @@ class BlockSequence {
  private:
   /// What children get from the block around them.
   struct Place {
-    TextAttributes text = {};
+    /// How they are drawn without a style of their own.
+    Drawable label = {};
     double leading = 0;
     double trailing = 0;
-    std::vector<DrawnBlock::Bar> bars = {};
+    DrawnBlock::Frames frame = {};
     int listLevel = 0;
     bool tightSpacingEnabled = false;
   };
-  /// Children that are being walked.
+  /// Children that are being walked, and the margins around them.
   struct Open {
     Children<BlockNode> children;
-    std::size_t next = 0;
     Place place = {};
     std::optional<DrawnBlock::Marker> marker = {};
-    double bottom = 0;
-  };
-  struct Item {
-    Children<BlockNode> children;
-    Drawable marker;
+    BlockMargin margin = {};
+    /// Whether the frame of the place ends with them.
+    bool endsFrame = false;
+    std::size_t next = 0;
   };
 
   explicit BlockSequence(MarkdownEnvironment const& environment) : environment_(environment) {}
@@ -65,18 +54,21 @@ class BlockSequence {
   void addTable(BlockNode::table const& table, Place const& in);
   void addHTML(BlockNode::htmlBlock const& html, Place const& in);
   void addQuote(BlockNode::blockquote const& quote, Place const& in);
-  void addList(BlockNode const& list, std::vector<Item> items, bool isTight, Place const& in);
-  [[nodiscard]] Drawable itemMarker(BlockStyle<ListMarkerConfiguration> const& style, int number,
-                                    Place const& in) const;
+  /// `marker` makes that of an item, by its position and the label it is drawn with.
+  template <class Item, class Marker>
+  void addList(BlockNode const& list, Children<Item> const& items, bool isTight, Place const& in,
+               Marker marker);
   void put(DrawnBlock block, Place const& in);
-  [[nodiscard]] BlockConfiguration configuration(BlockNode const& block, Place const& in) const;
+  [[nodiscard]] static BlockConfiguration configuration(BlockNode const& block, Place const& in);
+  /// The place inside a frame that is drawn so.
+  [[nodiscard]] static Place within(DrawnBlock::Frame::Kind kind, Drawable const& drawable,
+                                    Place const& in);
 
   MarkdownEnvironment const& environment_;
   std::vector<DrawnBlock> blocks_;
   std::vector<Open> open_;
   std::vector<DrawnBlock::Marker> waitingMarkers_;
   double gap_ = 0;
-  std::size_t quotes_ = 0;
 };
 
 }  // namespace vek

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
+#include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -35,20 +36,41 @@ struct DrawnBlock {
     double left = 0;
     double width = 0;
   };
-  /// Beside all boxes of a quote. Between two boxes that have the same one it goes on.
-  struct Bar {
-    std::size_t quote = 0;
-    double left = 0;
-    ThemeColor color = ThemeColor::quoteBar;
+  /// What boxes that follow one another stand in. All of them hold the same one.
+  struct Frame {
+    enum class Kind { quote, list, item };
+
+    Kind kind = Kind::quote;
+    std::shared_ptr<Frame const> outer = {};
+    int depth = 1;
+    double leading = 0;
+    double trailing = 0;
+    /// Between its edge and its first and last box.
+    double top = 0;
+    double bottom = 0;
+    std::optional<ThemeColor> background = {};
+    std::optional<ThemeColor> border = {};
+    std::optional<ThemeColor> leadingBar = {};
   };
+  using Frames = std::shared_ptr<Frame const>;
 
   std::variant<Text, Grid, ImageFlow, Rule> content;
   Drawable drawable = {};
   double gapAbove = 0;
+  /// The padding of the frames that begin and end with it.
+  double paddingAbove = 0;
+  double paddingBelow = 0;
   double leading = 0;
   double trailing = 0;
   std::vector<Marker> markers = {};
-  std::vector<Bar> bars = {};
+  /// The innermost one.
+  Frames frame = {};
+
+  [[nodiscard]] bool isIn(Frame const& other) const {
+    auto const* in = frame.get();
+    while (in && in != &other) in = in->outer.get();
+    return in;
+  }
 };
 
 }  // namespace vek

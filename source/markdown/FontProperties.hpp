@@ -11,16 +11,16 @@ namespace vek {
 
 /// What a font is asked for by, in the order in which it narrows the choice.
 struct FontProperties {
-  struct System {
-    enum class Design { standard, serif, rounded, monospaced };
+  enum class Design { standard, serif, rounded, monospaced };
+  struct system {
     Design design = Design::standard;
-    bool operator==(System const&) const = default;
+    bool operator==(system const&) const = default;
   };
-  struct Custom {
+  struct custom {
     std::string name;
-    bool operator==(Custom const&) const = default;
+    bool operator==(custom const&) const = default;
   };
-  using Family = std::variant<System, Custom>;
+  using Family = std::variant<system, custom>;
   enum class FamilyVariant { normal, monospaced };
   enum class CapsVariant { normal, smallCaps, lowercaseSmallCaps, uppercaseSmallCaps };
   enum class DigitVariant { normal, monospaced };
@@ -28,7 +28,7 @@ struct FontProperties {
   enum class Weight { regular = 400, medium = 500, semibold = 600, bold = 700 };
   enum class Width { condensed = 75, standard = 100, expanded = 125 };
 
-  Family family = System{};
+  Family family = system{};
   FamilyVariant familyVariant = FamilyVariant::normal;
   CapsVariant capsVariant = CapsVariant::normal;
   DigitVariant digitVariant = DigitVariant::normal;

@@ -156,7 +156,7 @@ bool addImages(ImageFlow& flow, Children<InlineNode> const& content,
       return true;
     }
     if (std::holds_alternative<InlineNode::lineBreak>(node.value)) {
-      flow.emplace_back(ImageFlowBreak{});
+      flow.emplace_back(InlineNode::lineBreak{});
       return true;
     }
     // Links hold no links, so this goes one step down at most.

@@ -34,11 +34,8 @@ std::vector<InlineRun> inlineRuns(Children<InlineNode> const& content, Theme con
 /// The texts of all nodes, one after the other.
 std::string plainText(Children<InlineNode> const& content);
 
-struct ImageFlowBreak {
-  bool operator==(ImageFlowBreak const&) const = default;
-};
 /// Images that follow one another and wrap like words.
-using ImageFlow = std::vector<std::variant<RawImageData, ImageFlowBreak>>;
+using ImageFlow = std::vector<std::variant<RawImageData, InlineNode::lineBreak>>;
 
 /// The images of a paragraph that holds nothing else; nothing for any other.
 std::optional<ImageFlow> imageFlow(Children<InlineNode> const& content);

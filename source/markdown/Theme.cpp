@@ -83,7 +83,6 @@ Drawable taskListMarker(TaskListMarkerConfiguration const& task) {
 
 Drawable table(BlockConfiguration const& table) {
   auto drawable = table.label.margins(0.0, em(1));
-  drawable.background = ThemeColor::ground;
   drawable.border = ThemeColor::border;
   return drawable;
 }
@@ -91,9 +90,24 @@ Drawable table(BlockConfiguration const& table) {
 Drawable tableCell(TableCellConfiguration const& cell) {
   auto const weight =
       cell.row == 0 ? FontProperties::Weight::semibold : FontProperties::Weight::regular;
-  return cell.label.styled({.weight = weight})
-      .spaced(lineSpacing)
-      .padded(em(0.72), em(0.72), em(0.35), em(0.35));
+  auto drawable = cell.label.styled({.weight = weight})
+                      .spaced(lineSpacing)
+                      .padded(em(0.72), em(0.72), em(0.35), em(0.35));
+  if (cell.row == 0) drawable.background = ThemeColor::ground;
+  return drawable;
+}
+
+Drawable thematicBreak(BlockConfiguration const& rule) {
+  auto drawable = rule.label.margins(em(2), em(2));
+  drawable.border = ThemeColor::border;
+  return drawable;
+}
+
+/// Its text is the one that stands in its place.
+Drawable image(BlockConfiguration const& image) {
+  return image.label
+      .styled({.style = FontProperties::Style::italic, .foreground = ThemeColor::secondary})
+      .margins(0.0, em(1));
 }
 
 Theme makeStandard() {
@@ -111,7 +125,7 @@ Theme makeStandard() {
       .paragraph = paragraph,
       .blockquote = blockquote,
       .codeBlock = codeBlock,
-      .image = [](auto const& image) { return image.label.margins(0.0, em(1)); },
+      .image = image,
       .list = [](auto const& list) { return list.label.margins(0.0, em(1)).padded(rem(1), 0.0); },
       .listItem = [](auto const& item) { return item.label.spaced(lineSpacing); },
       .taskListMarker = taskListMarker,
@@ -119,7 +133,7 @@ Theme makeStandard() {
       .numberedListMarker = numberedListMarker,
       .table = table,
       .tableCell = tableCell,
-      .thematicBreak = [](auto const& rule) { return rule.label.margins(em(2), em(2)); },
+      .thematicBreak = thematicBreak,
   };
 }
 

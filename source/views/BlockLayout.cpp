@@ -8,6 +8,7 @@
 #include <limits>
 #include <ranges>
 
+#include "views/Fonts.hpp"
 #include "views/TableLayout.hpp"
 
 namespace vek {
@@ -18,6 +19,7 @@ constexpr qreal radius = 6;
 /// However deep a block nests, so much stays for its text.
 constexpr qreal leastRoom = 80;
 constexpr qreal imageGap = 8;
+constexpr qreal ruleHeight = 1;
 /// A symbol to the capital letters beside it.
 constexpr qreal symbolScale = 0.92;
 
@@ -51,82 +53,100 @@ bool hasImages(DrawnBlock const& block) {
   return std::holds_alternative<ImageFlow>(block.content);
 }
 
+void drawBox(QPainter& painter, QRectF const& rect, BoxColors const& box,
+             MarkdownColors const& colors) {
+  if (box.background || box.border) {
+    painter.setPen(box.border ? QPen(colors.of(*box.border)) : QPen(Qt::NoPen));
+    painter.setBrush(box.background ? QBrush(colors.of(*box.background)) : QBrush(Qt::NoBrush));
+    painter.drawRoundedRect(box.border ? rect.adjusted(0.5, 0.5, -0.5, -0.5) : rect, radius,
+                            radius);
+  }
+  if (box.leadingBar) {
+    painter.fillRect(QRectF(rect.left() + barInset, rect.top(), barWidth, rect.height()),
+                     colors.of(*box.leadingBar));
+  }
+}
+
 BlockLayout::BlockLayout(DrawnBlock const& block, qreal width, LayoutContext const& context,
                          qsizetype start)
     : block_(block) {
   auto const leading = std::round(std::min(block.leading, std::max(0.0, width - leastRoom)));
   auto const trailing = std::min(block.trailing, std::max(0.0, width - leading - leastRoom));
   room_ = QRectF(leading, 0, std::max(1.0, width - leading - trailing), 0);
+  auto const& padding = block.drawable.padding;
+  inner_ = QRectF(std::round(room_.left() + padding.leading), std::round(padding.top),
+                  std::max(1.0, room_.width() - padding.leading - padding.trailing), 0);
+  qreal contentHeight = ruleHeight;
   if (auto const* text = std::get_if<DrawnBlock::Text>(&block.content)) {
-    layOutText(*text, context, start);
+    contentHeight = layOutText(*text, context, start);
   } else if (auto const* grid = std::get_if<DrawnBlock::Grid>(&block.content)) {
-    layOutGrid(*grid, context, start);
+    contentHeight = layOutGrid(*grid, context, start);
   } else if (auto const* flow = std::get_if<ImageFlow>(&block.content)) {
-    layOutImages(*flow, context, start);
-  } else {
-    height_ = 1;
+    contentHeight = layOutImages(*flow, context, start);
   }
+  // What is hidden takes no room.
+  if (contentHeight > 0) height_ = inner_.top() + contentHeight + std::round(padding.bottom);
+  inner_.setHeight(contentHeight);
   room_.setHeight(height_);
   addMarkers(context);
 }
 
-void BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const& context,
-                             qsizetype start) {
-  auto const& padding = block_.drawable.padding;
-  auto const width = std::max(1.0, room_.width() - padding.leading - padding.trailing);
-  auto& piece = pieces_.emplace_back(text.runs, block_.drawable, context, width, start);
-  piece.place = {std::round(room_.left() + padding.leading), std::round(padding.top)};
-  piece.layOut(width, block_.drawable.isScrollable ? TextPiece::Wrapping::never
-                                                   : TextPiece::Wrapping::anywhere);
-  height_ = std::round(padding.top) + piece.height() + std::round(padding.bottom);
-  if (block_.drawable.isScrollable) overflow_ = std::max(0.0, piece.naturalWidth() - width);
+qreal BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const& context,
+                              qsizetype start) {
+  auto& piece = pieces_.emplace_back(text.runs, block_.drawable, context, inner_.width(), start);
+  piece.place = inner_.topLeft();
+  piece.layOut(inner_.width(), block_.drawable.isScrollable ? TextPiece::Wrapping::never
+                                                            : TextPiece::Wrapping::anywhere);
+  if (block_.drawable.isScrollable)
+    overflow_ = std::max(0.0, piece.naturalWidth() - inner_.width());
+  return piece.height();
 }
 
-void BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context,
-                             qsizetype start) {
-  auto table = TableLayout::of(grid, room_.topLeft(), room_.width(), context, start);
+qreal BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context,
+                              qsizetype start) {
+  auto table = TableLayout::of(grid, inner_.topLeft(), inner_.width(), context, start);
   table_ = std::move(table.bounds);
   pieces_ = std::move(table.pieces);
-  height_ = table_.bounds.height();
-  overflow_ = std::max(0.0, table_.bounds.width() - room_.width());
+  overflow_ = std::max(0.0, table_.bounds.width() - inner_.width());
+  return table_.bounds.height();
 }
 
-void BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& context,
-                               qsizetype start) {
-  auto place = room_.topLeft();
+qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& context,
+                                qsizetype start) {
+  auto place = inner_.topLeft();
   qreal lineHeight = 0;
   auto const wrap = [&] {
-    place = {room_.left(), place.y() + lineHeight + (lineHeight > 0 ? imageGap : 0)};
+    place = {inner_.left(), place.y() + lineHeight + (lineHeight > 0 ? imageGap : 0)};
     lineHeight = 0;
   };
   auto const take = [&](QSizeF size) {
-    if (place.x() > room_.left() && place.x() + size.width() > room_.right()) wrap();
+    if (place.x() > inner_.left() && place.x() + size.width() > inner_.right()) wrap();
     QRectF const rect(place, size);
     place.rx() += size.width() + imageGap;
     lineHeight = std::max(lineHeight, size.height());
     return rect;
   };
-  auto const placeholder = block_.drawable.styled(
-      {.style = FontProperties::Style::italic, .foreground = ThemeColor::secondary});
   for (auto const& item : flow) {
     auto const* image = std::get_if<RawImageData>(&item);
     if (!image) {
       wrap();
       continue;
     }
-    auto const shown = context.shown(*image);
+    auto const shown = context.shown(*image, ImagePlace::block);
     if (shown.isLoaded()) {
-      pictures_.push_back({take(shown.sizeWithin(room_.width())), shown.image, image->destination});
+      pictures_.push_back(
+          {take(shown.sizeWithin(inner_.width())), shown.image, image->destination});
     } else if (shown.isShown) {
-      std::vector<InlineRun> const alt = {{image->alt, placeholder.text, image->destination}};
-      TextPiece piece(alt, placeholder, context, room_.width(), start);
-      piece.layOut(room_.width(), TextPiece::Wrapping::anywhere);
-      piece.place = take({std::min(piece.naturalWidth(), room_.width()), piece.height()}).topLeft();
+      std::vector<InlineRun> const alt = {{image->alt, block_.drawable.text, image->destination}};
+      TextPiece piece(alt, block_.drawable, context, inner_.width(), start);
+      piece.layOut(inner_.width(), TextPiece::Wrapping::anywhere);
+      piece.place =
+          take({std::min(piece.naturalWidth(), inner_.width()), piece.height()}).topLeft();
       pieces_.push_back(std::move(piece));
     }
     start += QString::fromStdString(image->alt).size() + 1;
   }
-  height_ = std::ceil(place.y() + lineHeight);
+  return std::ceil(place.y() + lineHeight - inner_.top());
 }
 
 void BlockLayout::addMarkers(LayoutContext const& context) {
@@ -176,15 +196,12 @@ void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
                        qreal sideways) const {
   for (auto const& symbol : symbols_) drawSymbol(painter, symbol, colors.ground);
   for (auto const& marker : markers_) marker.draw(painter, {}, visible);
-  if (std::holds_alternative<DrawnBlock::Rule>(block_.content)) {
-    painter.fillRect(QRectF(room_.left(), 0, room_.width(), 1), colors.border);
-    return;
-  }
-  drawGround(painter, colors);
+  bool const isTable = !table_.rows.empty();
+  if (!isTable) drawGround(painter, colors);
   painter.save();
-  if (overflow_ > 0) painter.setClipRect(room_, Qt::IntersectClip);
+  if (overflow_ > 0) painter.setClipRect(room_.adjusted(1, 0, -1, 0), Qt::IntersectClip);
   painter.translate(-sideways, 0);
-  if (!table_.rows.empty()) drawTable(painter, colors);
+  if (isTable) drawTable(painter, colors, visible);
   for (auto const& picture : pictures_) {
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(picture.rect, picture.image);
@@ -195,28 +212,53 @@ void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
 }
 
 void BlockLayout::drawGround(QPainter& painter, MarkdownColors const& colors) const {
-  bool const isCode = block_.drawable.isScrollable && block_.drawable.background;
-  if (!isCode) return;
-  painter.setPen(colors.of(block_.drawable.border.value_or(*block_.drawable.background)));
-  painter.setBrush(colors.of(*block_.drawable.background));
-  painter.drawRoundedRect(room_.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  auto const& drawable = block_.drawable;
+  if (std::holds_alternative<DrawnBlock::Rule>(block_.content)) {
+    if (drawable.border) painter.fillRect(inner_, colors.of(*drawable.border));
+    return;
+  }
+  if (height_ > 0)
+    drawBox(painter, room_, {drawable.background, drawable.border, drawable.leadingBar}, colors);
 }
 
-void BlockLayout::drawTable(QPainter& painter, MarkdownColors const& colors) const {
-  auto const bounds = table_.bounds.adjusted(0.5, 0.5, -0.5, -0.5);
+void BlockLayout::drawTable(QPainter& painter, MarkdownColors const& colors,
+                            QRectF const& visible) const {
+  auto const& drawable = block_.drawable;
   QPainterPath outline;
-  outline.addRoundedRect(bounds, radius, radius);
-  auto const& header = table_.rows.front();
-  QPainterPath head;
-  head.addRect(QRectF(bounds.left(), header.position, bounds.width(), header.size));
-  if (block_.drawable.background)
-    painter.fillPath(outline.intersected(head), colors.of(*block_.drawable.background));
+  outline.addRoundedRect(table_.bounds.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  drawBox(painter, table_.bounds, {drawable.background, {}, {}}, colors);
+  painter.save();
+  painter.setClipPath(outline, Qt::IntersectClip);
+  drawCells(painter, colors, visible);
+  painter.restore();
+  if (!drawable.border) return;
   for (std::size_t row = 1; row < table_.rows.size(); ++row) {
-    painter.fillRect(QRectF(bounds.left(), table_.rows[row].position, bounds.width(), 1),
-                     colors.border);
+    painter.fillRect(
+        QRectF(table_.bounds.left(), table_.rows[row].position, table_.bounds.width(), ruleHeight),
+        colors.of(*drawable.border));
   }
-  if (block_.drawable.border)
-    painter.strokePath(outline, QPen(colors.of(*block_.drawable.border), 1));
+  painter.strokePath(outline, QPen(colors.of(*drawable.border), 1));
+}
+
+void BlockLayout::drawCells(QPainter& painter, MarkdownColors const& colors,
+                            QRectF const& visible) const {
+  auto const& grid = std::get<DrawnBlock::Grid>(block_.content);
+  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
+    auto const& place = table_.rows[row];
+    bool const isSeen =
+        place.position <= visible.bottom() && place.position + place.size >= visible.top();
+    if (!isSeen) continue;
+    for (std::size_t column = 0; column < grid.rows[row].size(); ++column) {
+      auto const& drawable = grid.rows[row][column].drawable;
+      QRectF const rect(table_.columns[column].position, place.position,
+                        table_.columns[column].size, place.size);
+      if (drawable.background) painter.fillRect(rect, colors.of(*drawable.background));
+      if (!drawable.border) continue;
+      painter.setPen(colors.of(*drawable.border));
+      painter.setBrush(Qt::NoBrush);
+      painter.drawRect(rect.adjusted(0.5, 0.5, -0.5, -0.5));
+    }
+  }
 }
 
 void BlockLayout::drawSymbol(QPainter& painter, Symbol const& symbol, QColor check) {

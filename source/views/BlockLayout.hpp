@@ -48,17 +48,20 @@ class BlockLayout {
     bool isFilled = false;
   };
 
-  void layOutText(DrawnBlock::Text const& text, LayoutContext const& context, qsizetype start);
-  void layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context, qsizetype start);
-  void layOutImages(ImageFlow const& flow, LayoutContext const& context, qsizetype start);
+  // Each says how high the content is.
+  qreal layOutText(DrawnBlock::Text const& text, LayoutContext const& context, qsizetype start);
+  qreal layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context, qsizetype start);
+  qreal layOutImages(ImageFlow const& flow, LayoutContext const& context, qsizetype start);
   void addMarkers(LayoutContext const& context);
   void drawGround(QPainter& painter, MarkdownColors const& colors) const;
-  void drawTable(QPainter& painter, MarkdownColors const& colors) const;
+  void drawTable(QPainter& painter, MarkdownColors const& colors, QRectF const& visible) const;
+  void drawCells(QPainter& painter, MarkdownColors const& colors, QRectF const& visible) const;
   static void drawSymbol(QPainter& painter, Symbol const& symbol, QColor check);
 
   DrawnBlock const& block_;
-  /// What the content may take.
+  /// What the block takes, and what its padding leaves to the content.
   QRectF room_;
+  QRectF inner_;
   qreal height_ = 0;
   qreal overflow_ = 0;
   std::vector<TextPiece> pieces_;
@@ -67,6 +70,17 @@ class BlockLayout {
   std::vector<Picture> pictures_;
   TableBounds table_;
 };
+
+/// A ground with round corners, the line around it, and a bar at its leading side.
+struct BoxColors {
+  std::optional<ThemeColor> background, border, leadingBar;
+};
+void drawBox(QPainter& painter, QRectF const& rect, BoxColors const& box,
+             MarkdownColors const& colors);
+
+/// From the edge of a box to its bar.
+constexpr qreal barInset = 8;
+constexpr qreal barWidth = 3;
 
 /// The text of a block as the document counts it.
 [[nodiscard]] QString textOf(DrawnBlock const& block);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <utility>
 
 namespace vek {
@@ -12,9 +13,6 @@ namespace {
 /// So many times the height that is seen stays laid out above and below it.
 constexpr qreal kept = 2;
 constexpr qreal sliderHeight = 3;
-constexpr qreal barWidth = 3;
-/// From the edge of a quote to its bar.
-constexpr qreal barInset = 8;
 
 QString markersOf(DrawnBlock const& block) {
   QString text;
@@ -68,7 +66,7 @@ void DocumentLayout::forgetMeasures() {
 }
 
 qreal DocumentLayout::height() const {
-  return tops_.empty() ? 0 : tops_.back() + heights_.back();
+  return tops_.empty() ? 0 : lowerEdge(tops_.size() - 1);
 }
 
 void DocumentLayout::measureTo(qreal bottom) {
@@ -85,7 +83,8 @@ void DocumentLayout::measureNext() {
   auto const& measured = layout(next);
   // What is hidden has no gap, and neither has the first block that is not.
   bool const hasGap = measured.height() > 0 && height() > 0;
-  tops_.push_back(std::round(height() + (hasGap ? blocks_[next].gapAbove : 0)));
+  auto const gap = (hasGap ? blocks_[next].gapAbove : 0) + blocks_[next].paddingAbove;
+  tops_.push_back(std::round(height() + gap));
   heights_.push_back(measured.height());
   sideways_[next] = std::min(sideways_[next], measured.overflow());
 }
@@ -103,6 +102,10 @@ void DocumentLayout::forgetFarFrom(qreal top, qreal bottom) {
   auto const reach = kept * (bottom - top);
   for (std::size_t i = 0; i < tops_.size(); ++i)
     if (tops_[i] > bottom + reach || tops_[i] + heights_[i] < top - reach) layouts_[i].reset();
+}
+
+qreal DocumentLayout::lowerEdge(std::size_t block) const {
+  return tops_[block] + heights_[block] + blocks_[block].paddingBelow;
 }
 
 std::size_t DocumentLayout::blockAtHeight(qreal y) const {
@@ -195,7 +198,7 @@ void DocumentLayout::draw(QPainter& painter, qreal top, qreal bottom,
   auto block = tops_.empty() ? 0 : blockAtHeight(top);
   for (; block < tops_.size() && tops_[block] < bottom; ++block) {
     auto const& shown = layout(block);
-    drawBars(painter, block);
+    drawFrames(painter, block);
     painter.save();
     painter.translate(0, tops_[block]);
     QRectF const visible(0, top - tops_[block], width_, bottom - top);
@@ -206,18 +209,34 @@ void DocumentLayout::draw(QPainter& painter, qreal top, qreal bottom,
   forgetFarFrom(top, bottom);
 }
 
-void DocumentLayout::drawBars(QPainter& painter, std::size_t block) const {
-  for (auto const& bar : blocks_[block].bars) {
-    bool const goesOn =
-        block > 0 && std::ranges::any_of(blocks_[block - 1].bars, [&](auto const& other) {
-          return other.quote == bar.quote;
-        });
-    auto const from = goesOn ? tops_[block - 1] + heights_[block - 1] : tops_[block];
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colors_.of(bar.color));
-    painter.drawRect(QRectF(std::round(std::min(bar.left + barInset, width_ - barWidth)), from,
-                            barWidth, tops_[block] + heights_[block] - from));
+void DocumentLayout::drawFrames(QPainter& painter, std::size_t block) const {
+  std::vector<FramePart> parts;
+  auto top = tops_[block];
+  auto bottom = top + heights_[block];
+  for (auto const* frame = blocks_[block].frame.get(); frame; frame = frame->outer.get()) {
+    bool const begins = block == 0 || !blocks_[block - 1].isIn(*frame);
+    bool const ends = block + 1 == blocks_.size() || !blocks_[block + 1].isIn(*frame);
+    if (begins) top -= frame->top;
+    if (ends) bottom += frame->bottom;
+    bool const isSeen = frame->background || frame->border || frame->leadingBar;
+    if (isSeen)
+      parts.push_back({*frame, begins ? top : lowerEdge(block - 1), bottom, begins, ends});
   }
+  for (auto const& part : std::views::reverse(parts)) drawFrame(painter, part);
+}
+
+void DocumentLayout::drawFrame(QPainter& painter, FramePart const& part) const {
+  auto const& frame = part.frame;
+  auto const left = std::round(std::min(frame.leading, width_ - barInset - barWidth));
+  QRectF const rect(left, part.top, std::max(1.0, width_ - frame.trailing - left),
+                    part.bottom - part.top);
+  // What goes on has its corners where nobody sees them.
+  auto const beyond = rect.height() + 2 * barInset;
+  painter.save();
+  painter.setClipRect(rect, Qt::IntersectClip);
+  drawBox(painter, rect.adjusted(0, part.begins ? 0 : -beyond, 0, part.ends ? 0 : beyond),
+          {frame.background, frame.border, frame.leadingBar}, colors_);
+  painter.restore();
 }
 
 void DocumentLayout::drawSlider(QPainter& painter, MarkdownColors const& colors,

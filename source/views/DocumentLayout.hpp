@@ -61,6 +61,17 @@ class DocumentLayout {
   void draw(QPainter& painter, qreal top, qreal bottom, std::vector<Highlight> const& highlights);
 
  private:
+  /// What of a frame is around one of its blocks.
+  struct FramePart {
+    DrawnBlock::Frame const& frame;
+    qreal top = 0;
+    qreal bottom = 0;
+    bool begins = false;
+    bool ends = false;
+  };
+
+  /// Of a block and the frames that end with it.
+  [[nodiscard]] qreal lowerEdge(std::size_t block) const;
   [[nodiscard]] std::size_t blockAtHeight(qreal y) const;
   [[nodiscard]] std::size_t blockAtPosition(qsizetype position) const;
   [[nodiscard]] QPointF inBlock(std::size_t block, QPointF point) const;
@@ -68,7 +79,8 @@ class DocumentLayout {
   void measureNext();
   void forgetMeasures();
   void forgetFarFrom(qreal top, qreal bottom);
-  void drawBars(QPainter& painter, std::size_t block) const;
+  void drawFrames(QPainter& painter, std::size_t block) const;
+  void drawFrame(QPainter& painter, FramePart const& part) const;
   static void drawSlider(QPainter& painter, MarkdownColors const& colors, BlockLayout const& layout,
                          qreal width, qreal sideways);
 

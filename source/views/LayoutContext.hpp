@@ -20,15 +20,17 @@ struct ShownImage {
   /// In points, made smaller where there is less room.
   [[nodiscard]] QSizeF sizeWithin(qreal room) const;
 };
-using ImageProvider = std::function<ShownImage(RawImageData const& image)>;
+/// Whether an image stands alone or among words.
+enum class ImagePlace { block, inLine };
+using ImageProvider = std::function<ShownImage(RawImageData const& image, ImagePlace place)>;
 
 /// What blocks are laid out with.
 struct LayoutContext {
   MarkdownColors const& colors;
   ImageProvider const& images;
 
-  [[nodiscard]] ShownImage shown(RawImageData const& image) const {
-    return images ? images(image) : ShownImage{};
+  [[nodiscard]] ShownImage shown(RawImageData const& image, ImagePlace place) const {
+    return images ? images(image, place) : ShownImage{};
   }
 };
 

@@ -11,6 +11,7 @@
 
 #include "markdown/BlockSequence.hpp"
 #include "markdown/PlainTextBlocks.hpp"
+#include "views/Fonts.hpp"
 #include "views/ImageLoader.hpp"
 #include "views/LinkPolicy.hpp"
 
@@ -23,13 +24,9 @@ constexpr std::chrono::milliseconds slice(8);
 /// Leaves the first frame its time, and those after it.
 constexpr std::chrono::milliseconds betweenSlices(16);
 
-MarkdownEnvironment environment() {
-  MarkdownEnvironment environment;
-  environment.markerWidth = [](Drawable const& marker) {
-    return QFontMetricsF(fontOf(marker.text.font))
-        .horizontalAdvance(QString::fromStdString(marker.label));
-  };
-  return environment;
+double markerWidth(Drawable const& marker) {
+  return QFontMetricsF(fontOf(marker.text.font))
+      .horizontalAdvance(QString::fromStdString(marker.label));
 }
 
 }  // namespace
@@ -41,13 +38,11 @@ MarkdownPage::MarkdownPage(QQuickItem* parent)
   setAcceptHoverEvents(true);
   setFlag(ItemIsFocusScope, false);
   setActiveFocusOnTab(true);
-  layout_.setImages([this](RawImageData const& image) { return shownImage(image); });
-  auto const imagesChanged = [this] {
-    layout_.imagesChanged();
-    polish();
-  };
-  connect(&images_, &DocumentImages::changed, this, imagesChanged);
-  connect(this, &MarkdownPage::baseURLChanged, this, imagesChanged);
+  environment_.markerWidth = markerWidth;
+  imageProvider_ = inlineImageProvider_ = [this](QUrl const& url) { return images_.image(url); };
+  layout_.setImages([this](auto const& image, auto place) { return shownImage(image, place); });
+  connect(&images_, &DocumentImages::changed, this, &MarkdownPage::imagesChanged);
+  connect(this, &MarkdownPage::baseURLChanged, this, &MarkdownPage::imagesChanged);
   measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
@@ -55,17 +50,38 @@ MarkdownPage::MarkdownPage(QQuickItem* parent)
   });
 }
 
-void MarkdownPage::setText(QString const& text) {
-  if (text == text_) return;
-  text_ = text;
+void MarkdownPage::setContent(QString const& content) {
+  if (content == content_) return;
+  content_ = content;
   if (isComponentComplete()) makeDocument();
-  Q_EMIT textChanged();
+  Q_EMIT contentChanged();
 }
 
 void MarkdownPage::setIsPlain(bool isPlain) {
   if (std::exchange(isPlain_, isPlain) == isPlain) return;
   if (isComponentComplete()) makeDocument();
-  Q_EMIT textChanged();
+  Q_EMIT contentChanged();
+}
+
+void MarkdownPage::setEnvironment(MarkdownEnvironment environment) {
+  environment_ = std::move(environment);
+  if (isComponentComplete()) makeDocument();
+  Q_EMIT environmentChanged();
+}
+
+void MarkdownPage::setImageProvider(ImageSource imageProvider) {
+  imageProvider_ = std::move(imageProvider);
+  imagesChanged();
+}
+
+void MarkdownPage::setInlineImageProvider(ImageSource inlineImageProvider) {
+  inlineImageProvider_ = std::move(inlineImageProvider);
+  imagesChanged();
+}
+
+void MarkdownPage::imagesChanged() {
+  layout_.imagesChanged();
+  polish();
 }
 
 void MarkdownPage::setColors(QVariantMap const& colors) {
@@ -98,23 +114,24 @@ void MarkdownPage::componentComplete() {
 }
 
 void MarkdownPage::makeDocument() {
-  auto const text = text_.toStdString();
+  auto const text = content_.toStdString();
   images_.clear();
   layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
-                             : BlockSequence::of(MarkdownContent(text), environment()));
+                             : BlockSequence::of(MarkdownContent(text), environment_));
   setSelection(0, 0);
   find();
   polish();
   Q_EMIT documentChanged();
 }
 
-ShownImage MarkdownPage::shownImage(RawImageData const& image) {
+ShownImage MarkdownPage::shownImage(RawImageData const& image, ImagePlace place) {
   auto const url = imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
   auto const other = colors_.value(QStringLiteral("isDark")).toBool()
                          ? QStringLiteral("gh-light-mode-only")
                          : QStringLiteral("gh-dark-mode-only");
   if (url.fragment() == other) return {.isShown = false};
-  return {.image = images_.image(url)};
+  auto const& provider = place == ImagePlace::block ? imageProvider_ : inlineImageProvider_;
+  return {.image = provider(url)};
 }
 
 void MarkdownPage::geometryChange(QRectF const& now, QRectF const& before) {

@@ -7,9 +7,11 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <functional>
 #include <utility>
 #include <vector>
 
+#include "markdown/MarkdownEnvironment.hpp"
 #include "views/DocumentImages.hpp"
 #include "views/DocumentLayout.hpp"
 
@@ -20,11 +22,14 @@ namespace vek {
 class MarkdownPage : public QQuickPaintedItem {
   Q_OBJECT
   QML_ELEMENT
-  /// The text, and whether it is Markdown.
-  Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
-  Q_PROPERTY(bool isPlain MEMBER isPlain_ WRITE setIsPlain NOTIFY textChanged)
+  /// A text, and whether it is Markdown.
+  Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged)
+  Q_PROPERTY(bool isPlain MEMBER isPlain_ WRITE setIsPlain NOTIFY contentChanged)
   Q_PROPERTY(QVariantMap colors READ colors WRITE setColors NOTIFY colorsChanged)
   Q_PROPERTY(QUrl baseURL MEMBER baseURL_ NOTIFY baseURLChanged)
+  /// Its theme and what else shapes it. Who wants another look changes a copy of the present one.
+  Q_PROPERTY(vek::MarkdownEnvironment environment READ environment WRITE setEnvironment NOTIFY
+                 environmentChanged)
   Q_PROPERTY(QUrl imageBaseURL MEMBER imageBaseURL_ NOTIFY baseURLChanged)
   /// How far the upper edge is below that of the document.
   Q_PROPERTY(qreal scroll READ scroll WRITE setScroll NOTIFY scrollChanged)
@@ -43,7 +48,8 @@ class MarkdownPage : public QQuickPaintedItem {
  public:
   explicit MarkdownPage(QQuickItem* parent = nullptr);
 
-  [[nodiscard]] QString text() const { return text_; }
+  [[nodiscard]] QString content() const { return content_; }
+  [[nodiscard]] MarkdownEnvironment const& environment() const { return environment_; }
   [[nodiscard]] QVariantMap colors() const { return colors_; }
   [[nodiscard]] qreal scroll() const { return scroll_; }
   [[nodiscard]] qreal documentHeight() const { return documentHeight_; }
@@ -54,8 +60,15 @@ class MarkdownPage : public QQuickPaintedItem {
   [[nodiscard]] int foundCount() const { return static_cast<int>(found_.size()); }
   [[nodiscard]] int foundIndex() const { return foundIndex_; }
 
-  void setText(QString const& text);
+  void setContent(QString const& content);
   void setIsPlain(bool isPlain);
+  void setEnvironment(MarkdownEnvironment environment);
+  /// Where images come from that stand alone, and those among words. They have come when
+  /// `imagesChanged` says so.
+  using ImageSource = std::function<QImage(QUrl const& url)>;
+  void setImageProvider(ImageSource imageProvider);
+  void setInlineImageProvider(ImageSource inlineImageProvider);
+  void imagesChanged();
   void setColors(QVariantMap const& colors);
   void setScroll(qreal scroll);
   void setViewHeight(qreal height);
@@ -71,7 +84,8 @@ class MarkdownPage : public QQuickPaintedItem {
 
   void paint(QPainter* painter) override;
 
-  Q_SIGNAL void textChanged();
+  Q_SIGNAL void contentChanged();
+  Q_SIGNAL void environmentChanged();
   Q_SIGNAL void colorsChanged();
   Q_SIGNAL void baseURLChanged();
   Q_SIGNAL void scrollChanged();
@@ -103,7 +117,7 @@ class MarkdownPage : public QQuickPaintedItem {
   using Range = std::pair<qsizetype, qsizetype>;
 
   void makeDocument();
-  [[nodiscard]] ShownImage shownImage(RawImageData const& image);
+  [[nodiscard]] ShownImage shownImage(RawImageData const& image, ImagePlace place);
   void measured();
   void setSelection(qsizetype anchor, qsizetype cursor);
   void setHoveredLink(QString const& link);
@@ -115,7 +129,10 @@ class MarkdownPage : public QQuickPaintedItem {
   DocumentImages images_;
   DocumentLayout layout_;
   QTimer measuring_;
-  QString text_;
+  MarkdownEnvironment environment_;
+  ImageSource imageProvider_;
+  ImageSource inlineImageProvider_;
+  QString content_;
   bool isPlain_ = false;
   QVariantMap colors_;
   QUrl baseURL_;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "views/Fonts.hpp"
+
 namespace vek {
 
 namespace {
@@ -12,9 +14,6 @@ constexpr qreal unlimited = 1e6;
 /// How far the ground of code reaches beyond it.
 constexpr qreal groundReach = 2;
 constexpr qreal groundRadius = 3;
-/// From this scale on letters stand closer.
-constexpr double displayScale = 1.4;
-constexpr qreal displaySpacing = 98.5;
 
 QString withSeparators(std::string const& text) {
   return QString::fromStdString(text).replace(u'\n', QChar::LineSeparator);
@@ -25,10 +24,10 @@ QString textOf(InlineRun const& run) {
   return isUntitled ? QString(QChar::ObjectReplacementCharacter) : withSeparators(run.text);
 }
 
-QTextCharFormat formatOf(InlineRun const& run, MarkdownColors const& colors) {
+QTextCharFormat formatOf(InlineRun const& run, QFont const& font, MarkdownColors const& colors) {
   auto const& attributes = run.attributes;
   QTextCharFormat format;
-  format.setFont(fontOf(attributes.font));
+  format.setFont(font);
   format.setFontStrikeOut(attributes.isStruckThrough);
   format.setFontUnderline(attributes.isUnderlined);
   // In place of an image that is not there.
@@ -39,8 +38,6 @@ QTextCharFormat formatOf(InlineRun const& run, MarkdownColors const& colors) {
 
 /// A font whose blanks are this wide.
 QFont spacedFont(QFont font, qreal width) {
-  font.setUnderline(false);
-  font.setStrikeOut(false);
   font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
   auto const blank = QFontMetricsF(font).horizontalAdvance(QChar::Nbsp);
   font.setLetterSpacing(QFont::AbsoluteSpacing, width - blank);
@@ -48,28 +45,6 @@ QFont spacedFont(QFont font, qreal width) {
 }
 
 }  // namespace
-
-QFont fontOf(FontProperties const& properties) {
-  using Variant = FontProperties::FamilyVariant;
-  QFont font;
-  auto const* custom = std::get_if<FontProperties::Custom>(&properties.family);
-  if (properties.familyVariant == Variant::monospaced) {
-    font.setFamilies({QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Noto Sans Mono"),
-                      QStringLiteral("Noto Color Emoji")});
-    font.setStyleHint(QFont::Monospace);
-  } else if (custom) {
-    font.setFamily(QString::fromStdString(custom->name));
-  }
-  font.setPixelSize(std::max(1, qRound(properties.size * properties.scale)));
-  font.setWeight(static_cast<QFont::Weight>(properties.weight));
-  font.setItalic(properties.style == FontProperties::Style::italic);
-  if (properties.width) font.setStretch(static_cast<int>(*properties.width));
-  if (properties.capsVariant != FontProperties::CapsVariant::normal)
-    font.setCapitalization(QFont::SmallCaps);
-  if (properties.scale >= displayScale)
-    font.setLetterSpacing(QFont::PercentageSpacing, displaySpacing);
-  return font;
-}
 
 QString textOf(std::vector<InlineRun> const& runs) {
   QString text;
@@ -85,15 +60,17 @@ TextPiece::TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawabl
   for (auto const& run : runs) {
     auto part = textOf(run);
     Range const range{static_cast<int>(text.size()), static_cast<int>(part.size())};
-    auto format = formatOf(run, context.colors);
-    auto const shown = run.image ? context.shown(*run.image) : ShownImage{};
+    auto fonts = fontsOf(run.attributes.font, part);
+    auto const shown = run.image ? context.shown(*run.image, ImagePlace::inLine) : ShownImage{};
     if (shown.isLoaded() || !shown.isShown) {
       // Blanks that together are as wide keep its place, so that positions do not change by it.
       pictures_.push_back({range, shown.image, shown.sizeWithin(room), run.destination});
       part.fill(QChar::Nbsp);
-      format.setFont(spacedFont(format.font(), pictures_.back().size.width() / range.length));
+      auto const blankWidth = pictures_.back().size.width() / range.length;
+      fonts = {{0, range.length, spacedFont(fontOf(run.attributes.font), blankWidth)}};
     }
-    formats.append({range.start, range.length, format});
+    for (auto const& [from, length, font] : fonts)
+      formats.append({range.start + from, length, formatOf(run, font, context.colors)});
     if (run.destination) links_.push_back({range, *run.destination});
     if (run.attributes.background)
       grounds_.push_back({range, context.colors.of(*run.attributes.background)});

@@ -18,8 +18,6 @@
 
 namespace vek {
 
-[[nodiscard]] QFont fontOf(FontProperties const& properties);
-
 /// The text of runs, with one character for each break, and for an image without a text.
 [[nodiscard]] QString textOf(std::vector<InlineRun> const& runs);
 

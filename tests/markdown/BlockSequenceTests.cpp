@@ -67,18 +67,37 @@ TEST(BlockSequence, AnItemHasItsMarkersOnItsFirstBoxOnly) {
 
 TEST(BlockSequence, QuotesAddABarAndMoveIn) {
   auto const blocks = drawn("> a\n>\n> > b\n\nc");
-  ASSERT_EQ(blocks[0].bars.size(), 1);
-  ASSERT_EQ(blocks[1].bars.size(), 2);
-  EXPECT_EQ(blocks[0].bars[0].quote, blocks[1].bars[0].quote);
+  ASSERT_TRUE(blocks[0].frame);
+  EXPECT_EQ(blocks[0].frame->leadingBar, ThemeColor::quoteBar);
+  EXPECT_EQ(blocks[1].frame->outer, blocks[0].frame);
   EXPECT_EQ(blocks[1].leading, 52);
   EXPECT_EQ(blocks[1].trailing, 26);
-  EXPECT_TRUE(blocks[2].bars.empty());
+  EXPECT_FALSE(blocks[2].frame);
+}
+
+TEST(BlockSequence, WhatIsAroundABlockShapesItUnlessItHasAStyleOfItsOwn) {
+  MarkdownEnvironment environment;
+  environment.theme.paragraph = [](auto const& paragraph) { return paragraph.label; };
+  environment.theme.listItem = [](auto const& item) {
+    return item.label.spaced(7.0).padded(3.0, 4.0, 5.0, 6.0).margins(20.0, 0.0);
+  };
+  auto const blocks = drawn("a\n\n- b\n- c", environment);
+  EXPECT_EQ(blocks[0].drawable.lineSpacing, 0);
+  EXPECT_EQ(blocks[1].drawable.lineSpacing, 7);
+  EXPECT_EQ(blocks[1].gapAbove, 20);
+  EXPECT_EQ(blocks[1].paddingAbove, 5);
+  EXPECT_EQ(blocks[2].paddingBelow, 6);
+  EXPECT_EQ(blocks[1].trailing, 4);
+  EXPECT_EQ(blocks[1].markers.at(0).left, 13 + 3);
+  EXPECT_NE(blocks[1].frame, blocks[2].frame);
+  EXPECT_EQ(blocks[1].frame->outer, blocks[2].frame->outer);
 }
 
 TEST(BlockSequence, CodeGoesThroughTheHighlighter) {
   MarkdownEnvironment environment;
-  environment.highlight = [](std::string const& code, std::string_view language,
-                             TextAttributes const& attributes) -> std::vector<InlineRun> {
+  environment.codeSyntaxHighlighter =
+      [](std::string const& code, std::string_view language,
+         TextAttributes const& attributes) -> std::vector<InlineRun> {
     return {{std::string(language) + ":", attributes}, {code, attributes}};
   };
   auto const blocks = drawn("```sh -x\nls\n```\n\n    ls", environment);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "markdown/InlineText.hpp"
 
 namespace vek {
@@ -36,13 +38,78 @@ TEST(FontProperties, SizesFollowTheParentOrTheRoot) {
   EXPECT_EQ(font.points(RelativeSize::rem(1)), 10);
 }
 
-TEST(Theme, HeadingsShrinkByLevelAndKeepTheirMargins) {
-  std::array const sizes = {2.0, 1.5, 1.17, 1.0, 0.83, 0.67};
-  for (std::size_t level = 0; level < sizes.size(); ++level) {
-    auto const heading = theme.headings[level]({.label = {.text = body}, .content = {}});
-    EXPECT_DOUBLE_EQ(heading.text.font.points(RelativeSize::em(1)), 13 * sizes[level]);
-    EXPECT_EQ(heading.margin, (BlockMargin{19.5, 13}));
+TEST(TextStyle, ChangesWhatItNamesAndNothingElse) {
+  TextStyle const style{.family = FontProperties::custom{"Slab"},
+                        .capsVariant = FontProperties::CapsVariant::smallCaps,
+                        .digitVariant = FontProperties::DigitVariant::monospaced,
+                        .width = FontProperties::Width::condensed};
+  auto expected = body;
+  expected.font.family = FontProperties::custom{"Slab"};
+  expected.font.capsVariant = FontProperties::CapsVariant::smallCaps;
+  expected.font.digitVariant = FontProperties::DigitVariant::monospaced;
+  expected.font.width = FontProperties::Width::condensed;
+  EXPECT_EQ(style.appliedTo(body), expected);
+  EXPECT_EQ(TextStyle{}.appliedTo(expected), expected);
+}
+
+/// Lengths in points, of a block whose text around it has 13.
+struct Look {
+  char const* name;
+  Drawable drawable;
+  double size = 13;
+  double lineSpacing = 0;
+  BlockMargin margin = {};
+  Drawable::Padding padding = {};
+};
+
+std::vector<Look> looks() {
+  Drawable const label{.text = body};
+  BlockConfiguration const block{.label = label, .content = {}};
+  auto const heading = [&](std::size_t level) { return theme.headings[level - 1](block); };
+  BlockMargin const below{0, 13};
+  BlockMargin const around{19.5, 13};
+  Drawable::Padding const cell{9.36, 9.36, 4.55, 4.55};
+  return {
+      {"body", label},
+      {"heading 1", heading(1), 26, 0, around},
+      {"heading 2", heading(2), 19.5, 0, around},
+      {"heading 3", heading(3), 15.21, 0, around},
+      {"heading 4", heading(4), 13, 0, around},
+      {"heading 5", heading(5), 10.79, 0, around},
+      {"heading 6", heading(6), 8.71, 0, around},
+      {"paragraph", theme.paragraph(block), 13, 1.95, below},
+      {"blockquote", theme.blockquote(block), 13, 0, below, {26, 13}},
+      {"image", theme.image(block), 13, 0, below},
+      {"list", theme.list(block), 13, 0, below, {13, 0}},
+      {"listItem", theme.listItem(block), 13, 1.95},
+      {"header cell", theme.tableCell({.row = 0, .label = label}), 13, 1.95, {}, cell},
+      {"cell", theme.tableCell({.row = 1, .label = label}), 13, 1.95, {}, cell},
+      {"thematicBreak", theme.thematicBreak(block), 13, 0, {26, 26}},
+  };
+}
+
+TEST(Theme, HasTheNumbersOfEachElement) {
+  auto const near = [](double one, double other) { return std::abs(one - other) < 1e-9; };
+  for (auto const& look : looks()) {
+    auto const& drawable = look.drawable;
+    auto const& padding = drawable.padding;
+    EXPECT_DOUBLE_EQ(drawable.text.font.points(RelativeSize::em(1)), look.size) << look.name;
+    EXPECT_DOUBLE_EQ(drawable.lineSpacing, look.lineSpacing) << look.name;
+    EXPECT_EQ(drawable.margin, look.margin) << look.name;
+    EXPECT_TRUE(near(padding.leading, look.padding.leading) &&
+                near(padding.trailing, look.padding.trailing) &&
+                near(padding.top, look.padding.top) && near(padding.bottom, look.padding.bottom))
+        << look.name;
   }
+  auto const code = theme.codeBlock({.language = {}, .content = {}, .label = {.text = body}});
+  EXPECT_TRUE(code.isScrollable);
+  EXPECT_DOUBLE_EQ(code.text.font.scale, 0.94);
+  EXPECT_DOUBLE_EQ(code.padding.leading, 0.94 * 13);
+  EXPECT_EQ(code.margin, (BlockMargin{0, 13}));
+  for (auto const& marker : {theme.bulletedListMarker({.label = {.text = body}}),
+                             theme.numberedListMarker({.label = {.text = body}}),
+                             theme.taskListMarker({.label = {.text = body}})})
+    EXPECT_EQ(marker.minimumWidth, 19.5);
 }
 
 TEST(InlineText, NestedStylesAddUp) {
@@ -81,9 +148,28 @@ TEST(InlineText, LinksCarryWhereTheyLeadThroughTheirStyles) {
 }
 
 TEST(InlineText, ThePiecesOfALinkShareWhereItLeads) {
-  auto const made = runs({Inline::link{"/a", {text("b"), Inline::strong{{text("c")}}}}});
-  ASSERT_EQ(made.size(), 2);
-  EXPECT_EQ(&made[0].destination->string(), &made[1].destination->string());
+  constexpr std::size_t pieces = 20'000;
+  std::string label, images;
+  for (std::size_t i = 0; i < pieces / 2; ++i) {
+    label += "*a*b";
+    images += "![](c)";
+  }
+  // As long as the pieces are many: copies would take gigabytes.
+  auto const target = "](<" + std::string(1'000'000, 'd') + ">)";
+  auto const content = MarkdownContent("[" + label + target + "\n\n[" + images + target);
+  auto const line = [&](std::size_t block) {
+    return std::get<BlockNode::paragraph>(content.blocks[block].value).content;
+  };
+  auto const made = runs(line(0));
+  ASSERT_EQ(made.size(), pieces);
+  for (auto const& run : made)
+    ASSERT_EQ(&run.destination->string(), &made[0].destination->string());
+  auto const flow = imageFlow(line(1));
+  ASSERT_EQ(flow.value().size(), pieces / 2);
+  auto const targetOf = [](auto const& item) {
+    return &std::get<RawImageData>(item).destination->string();
+  };
+  EXPECT_EQ(targetOf(flow->front()), targetOf(flow->back()));
 }
 
 TEST(InlineText, OnlyAParagraphOfImagesAloneIsAFlow) {
@@ -92,7 +178,7 @@ TEST(InlineText, OnlyAParagraphOfImagesAloneIsAFlow) {
   RawImageData const linked{"a.png", "a b", "/c"};
   EXPECT_EQ(
       imageFlow({image, Inline::softBreak{}, Inline::link{"/c", {image}}, Inline::lineBreak{}}),
-      (ImageFlow{plain, linked, ImageFlowBreak{}}));
+      (ImageFlow{plain, linked, Inline::lineBreak{}}));
   EXPECT_EQ(imageFlow({image, text(" and")}), std::nullopt);
   EXPECT_EQ(imageFlow({Inline::lineBreak{}}), std::nullopt);
   EXPECT_EQ(imageFlow({}), std::nullopt);

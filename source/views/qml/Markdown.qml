@@ -7,7 +7,7 @@ import VEK
 Item {
     id: markdown
 
-    property alias text: page.text
+    property alias content: page.content
     property alias isPlain: page.isPlain
     property alias baseURL: page.baseURL
     property alias imageBaseURL: page.imageBaseURL

@@ -7,7 +7,7 @@ Item {
     id: group
 
     required property Flickable view
-    property alias text: markdown.text
+    property alias text: markdown.content
     property alias isPlain: markdown.isPlain
     property alias markdown: markdown
     default property alias overlay: box.data

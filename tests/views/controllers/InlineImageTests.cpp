@@ -17,7 +17,7 @@ struct InlineImageTest : testing::Test {
   DocumentLayout layout;
 
   InlineImageTest() {
-    layout.setImages([this](RawImageData const&) { return shown; });
+    layout.setImages([this](RawImageData const&, ImagePlace) { return shown; });
     layout.setWidth(width);
   }
 

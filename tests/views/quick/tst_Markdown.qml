@@ -45,7 +45,7 @@ TestCase {
     }
 
     function show(text: string) {
-        markdown.text = text;
+        markdown.content = text;
         tryVerify(() => markdown.height > 0);
         waitForItemPolished(page);
     }
@@ -64,7 +64,7 @@ TestCase {
 
     function test_anEmptyDocumentTakesNoHeight() {
         show("text");
-        markdown.text = "";
+        markdown.content = "";
         tryCompare(markdown, "implicitHeight", 0);
     }
 

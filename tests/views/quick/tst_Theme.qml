@@ -36,6 +36,14 @@ TestCase {
             for (const ground of [Theme.accent, Theme.accentHover, Theme.accentPressed]) {
                 verify(contrast(Theme.accentText, ground) >= text, ground);
             }
+            const of = name => Qt.color(Theme.markdown[name]);
+            for (const name of ["primary", "secondary", "link", "code", "done"])
+                verify(contrast(of(name), Theme.group) >= text, name);
+            for (const name of ["ground", "selection", "found", "foundNow"])
+                verify(contrast(of("primary"), of(name)) >= text, name);
+            for (const name of ["code", "secondary"])
+                verify(contrast(of(name), of("ground")) >= text, name);
+            verify(contrast(of("quoteBar"), Theme.group) >= graphics);
             verify(contrast(Theme.badgeText, Theme.badge) >= text);
             verify(contrast(Theme.badge, Theme.window) >= graphics);
         }
