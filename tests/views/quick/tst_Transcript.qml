@@ -78,6 +78,7 @@ TestCase {
     function test_retryFetchesAgain(row) {
         transcript.show(row.facts);
         compare(findChild(part(row.place), "errorText").text, row.facts.error ?? row.facts.analysisError);
+        waitForRendering(view);
         mouseClick(findChild(part(row.place), "retryButton"));
         compare(transcript.sent, ["refetchContentButtonClicked"]);
     }
