@@ -94,14 +94,30 @@ void Desktop::startPanel() {
   std::ofstream(folder / "xfce4-panel.xml") << panelSettings;
   settings_ = start({"sh", "-c", "exec /usr/lib/*/xfce4/xfconf/xfconfd"});
   panel_ = start({"xfce4-panel", "--disable-wm-check"});
-  bool const isHost = eventually([this] {
-    return run({"dbus-send", "--session", "--print-reply=literal",
-                "--dest=org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
-                "org.freedesktop.DBus.Properties.Get", "string:org.kde.StatusNotifierWatcher",
-                "string:IsStatusNotifierHostRegistered"})
-               .find("true") != std::string::npos;
-  });
+  bool const isHost = eventually([this] { return hostState().find("true") != std::string::npos; });
   if (!isHost) throw std::runtime_error("the panel did not come up");
+}
+
+std::string Desktop::hostState() const {
+  return run({"dbus-send", "--session", "--print-reply=literal",
+              "--dest=org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+              "org.freedesktop.DBus.Properties.Get", "string:org.kde.StatusNotifierWatcher",
+              "string:IsStatusNotifierHostRegistered"});
+}
+
+void Desktop::settle() const {
+  std::vector<std::string> const askVek = {
+      "gdbus", "call", "--session", "-d", "com.vek.app", "-o", "/com/vek/app",
+      "-m",    "org.freedesktop.DBus.Peer.Ping"};
+  bool const isUp = eventually([&] { return run(askVek) == "()\n"; });
+  // What vek has asked the panel is answered before this, and what it does then before the next.
+  static_cast<void>(hostState());
+  static_cast<void>(run(askVek));
+  // Windows come up in the order in which they were asked for.
+  auto const last = start({"xmessage", "-title", "settled", "text"});
+  if (!isUp || !eventually([&] { return window("settled").has_value(); })) {
+    throw std::runtime_error("the desktop did not settle");
+  }
 }
 
 std::unique_ptr<ChildProcess> Desktop::start(std::vector<std::string> words,

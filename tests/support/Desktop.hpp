@@ -50,6 +50,9 @@ class Desktop {
   [[nodiscard]] std::string run(std::vector<std::string> words) const;
   /// What vek wrote to standard error so far.
   [[nodiscard]] std::string log() const;
+  /// Waits until vek, the panel and the window manager have done what was under way: a window that
+  /// is not there then was not asked for.
+  void settle() const;
 
   /// The visible window of that title; nothing when there is none.
   [[nodiscard]] std::optional<std::string> window(std::string const& title) const;
@@ -68,6 +71,8 @@ class Desktop {
 
  private:
   void startWindowManager();
+  /// What the status area says of itself.
+  [[nodiscard]] std::string hostState() const;
 
   TemporaryFolder folder_;
   SessionBus bus_;

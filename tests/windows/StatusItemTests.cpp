@@ -33,6 +33,7 @@ TEST_F(StatusItem, AClickShowsTheWindowInFrontAndTheNextOneHidesIt) {
   desktop.startPanel();
   auto const vek = desktop.startVek();
   auto const item = shownItem();
+  desktop.settle();
   EXPECT_FALSE(desktop.window("VEK")) << "it is shown before it is asked for";
   auto const other = desktop.start({"xmessage", "-title", "other", "text"});
   ASSERT_TRUE(eventually([&] { return desktop.window("other").has_value(); }));

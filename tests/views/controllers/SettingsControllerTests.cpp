@@ -78,9 +78,15 @@ TEST_F(SettingsControllerTests, TheFirstClickMakesTheWindowAndLaterOnesFollowThe
   auto const offset =
       window().geometry().center() - window().screen()->availableGeometry().center();
   EXPECT_LE(offset.manhattanLength(), 2);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window().isActive(); }));
 
+  QWindow other;
+  other.show();
+  other.requestActivate();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return other.isActive(); }));
   clickSettings();
   EXPECT_TRUE(window().isVisible());
+  EXPECT_TRUE(other.isActive()) << "it stays where it is";
   clickSettings();
   EXPECT_TRUE(QTest::qWaitFor([&] { return window().isActive(); }));
 }
