@@ -13,35 +13,31 @@ namespace vek {
 
 namespace {
 
-QVariantMap fields(Pane const& pane) {
-  return {{QStringLiteral("identifier"), pane.identifier},
-          {QStringLiteral("title"), pane.title},
-          {QStringLiteral("toolbarIcon"), pane.toolbarIcon},
-          {QStringLiteral("tooltip"), pane.tooltip},
-          {QStringLiteral("content"), pane.content},
-          {QStringLiteral("contentProperties"), pane.contentProperties}};
+std::vector<std::unique_ptr<PaneHostingController>> hosting(std::vector<Pane> panes) {
+  std::vector<std::unique_ptr<PaneHostingController>> items;
+  items.reserve(panes.size());
+  for (auto& pane : panes)
+    items.push_back(std::make_unique<PaneHostingController>(std::move(pane)));
+  return items;
 }
 
 }  // namespace
 
-SettingsWindowController::SettingsWindowController(QQmlEngine& engine, std::vector<Pane> items)
-    : items_(std::move(items)),
+SettingsWindowController::SettingsWindowController(QQmlEngine& engine, std::vector<Pane> panes)
+    : items_(hosting(std::move(panes))),
+      selectedPane_(items_.front().get()),
       window_(makeWindow(engine, QStringLiteral("SettingsWindow"),
                          {{QStringLiteral("controller"), QVariant::fromValue(this)}})) {}
 
 QVariantList SettingsWindowController::items() const {
   QVariantList all;
-  for (auto const& pane : items_) all.append(fields(pane));
+  for (auto const& item : items_) all.append(QVariant::fromValue(item.get()));
   return all;
-}
-
-QVariant SettingsWindowController::selectedPane() const {
-  return fields(items_[selected_]);
 }
 
 void SettingsWindowController::showWindow(QString const& identifier) {
   if (!window_->isVisible()) {
-    changeContentView(identifier.isEmpty() ? items_.front().identifier : identifier);
+    changeContentView(identifier.isEmpty() ? items_.front()->identifier() : identifier);
     if (std::exchange(initialTabSelection, false)) Q_EMIT initialTabSelectionChanged();
   }
   QMetaObject::invokeMethod(this, &SettingsWindowController::orderFront, Qt::QueuedConnection);
@@ -57,10 +53,10 @@ void SettingsWindowController::orderFront() {
 }
 
 void SettingsWindowController::changeContentView(QString const& identifier) {
-  auto const found = std::find_if(items_.begin(), items_.end(),
-                                  [&](Pane const& pane) { return pane.identifier == identifier; });
+  auto const found = std::ranges::find_if(
+      items_, [&](auto const& item) { return item->identifier() == identifier; });
   if (found == items_.end()) return;
-  selected_ = static_cast<std::size_t>(found - items_.begin());
+  selectedPane_ = found->get();
   Q_EMIT selectedPaneChanged();
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "views/FrameAutosave.hpp"
-#include "views/Pane.hpp"
+#include "views/PaneHostingController.hpp"
 
 namespace vek {
 
@@ -20,18 +20,17 @@ class SettingsWindowController : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made with its window")
-  /// The panes as QML reads them: the fields of `Pane` by name.
   Q_PROPERTY(QVariantList items READ items CONSTANT)
-  Q_PROPERTY(QVariant selectedPane READ selectedPane NOTIFY selectedPaneChanged)
+  Q_PROPERTY(vek::PaneHostingController* selectedPane READ selectedPane NOTIFY selectedPaneChanged)
   /// No pane has been selected yet: the first selection is not animated.
   Q_PROPERTY(bool initialTabSelection READ isInitialTabSelection NOTIFY initialTabSelectionChanged)
 
  public:
   /// At least one pane, in toolbar order. The engine outlives this object.
-  SettingsWindowController(QQmlEngine& engine, std::vector<Pane> items);
+  SettingsWindowController(QQmlEngine& engine, std::vector<Pane> panes);
 
   [[nodiscard]] QVariantList items() const;
-  [[nodiscard]] QVariant selectedPane() const;
+  [[nodiscard]] PaneHostingController* selectedPane() const { return selectedPane_; }
   [[nodiscard]] bool isInitialTabSelection() const { return initialTabSelection; }
   [[nodiscard]] QQuickWindow& window() { return *window_; }
 
@@ -47,8 +46,8 @@ class SettingsWindowController : public QObject {
  private:
   void orderFront();
 
-  std::vector<Pane> items_;
-  std::size_t selected_ = 0;
+  std::vector<std::unique_ptr<PaneHostingController>> items_;
+  PaneHostingController* selectedPane_;
   bool initialTabSelection = true;
   std::unique_ptr<QQuickWindow> window_;
   /// From the first showing on.

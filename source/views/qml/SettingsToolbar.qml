@@ -8,6 +8,7 @@ Item {
 
     required property SettingsWindowController controller
 
+    objectName: "VEK.Settings.Toolbar"
     implicitHeight: row.height + 2 * Theme.space2 + 1
     Accessible.role: Accessible.PageTabList
 

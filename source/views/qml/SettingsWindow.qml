@@ -7,7 +7,7 @@ FittedWindow {
     id: window
 
     required property SettingsWindowController controller
-    readonly property var pane: controller.selectedPane
+    readonly property PaneHostingController pane: controller.selectedPane
 
     width: 480
     fittingHeight: toolbar.height + content.height
@@ -40,8 +40,7 @@ FittedWindow {
         Connections {
             target: window.controller
             function onSelectedPaneChanged() {
-                content.setSource("qrc:/qt/qml/VEK/" + window.pane.content + ".qml",
-                                  window.pane.contentProperties);
+                content.setSource(window.pane.view, window.pane.viewProperties);
             }
         }
     }
