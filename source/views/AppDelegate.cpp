@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/AppDelegate.hpp"
 
+#include <utility>
+
 #include "features/AppFeature.hpp"
 #include "platform/Log.hpp"
 #include "platform/RedirectListener.hpp"
@@ -37,10 +39,14 @@ void AppDelegate::applicationDidFinishLaunching() {
 
   recordingToggle_ = std::make_unique<RecordingToggle>(store());
   launch_ = store()->send(AppFeature::Action::start{});
+  statusItem->followHost([this](bool exists) { statusAreaExists(exists); });
+}
+
+void AppDelegate::statusAreaExists(bool exists) {
+  mainWindowController->setTaskbar(exists ? Taskbar::leftOut : Taskbar::listed);
+  bool const isLaunching = !std::exchange(knowsStatusArea_, true);
   // Who has no status area would find nothing to click on.
-  statusItem->askForHost([this](bool exists) {
-    if (!exists) mainWindowController->show();
-  });
+  if (isLaunching && !exists) mainWindowController->show();
 }
 
 void AppDelegate::activate() {

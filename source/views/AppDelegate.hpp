@@ -42,6 +42,7 @@ class AppDelegate {
  private:
   /// The root store, made at its first use.
   AppStore::Observed::Shared const& store();
+  void statusAreaExists(bool exists);
 
   std::unique_ptr<QQmlEngine> engine_;
   std::unique_ptr<AppStore> appStore_;
@@ -56,6 +57,7 @@ class AppDelegate {
   std::unique_ptr<RecordingToggle> recordingToggle_;
   /// What `start` started.
   StoreTask launch_;
+  bool knowsStatusArea_ = false;
 };
 
 }  // namespace vek

@@ -5,7 +5,6 @@
 #include <QScreen>
 
 #include "platform/UserDefaults.hpp"
-#include "views/Compositor.hpp"
 #include "views/Views.hpp"
 #include "views/WindowOrder.hpp"
 
@@ -27,9 +26,10 @@ QPoint firstTopLeft(QScreen const& screen) {
 }  // namespace
 
 MainWindowController::MainWindowController(QQmlEngine& engine, AppStore& store)
-    : window(makeWindow(engine, QStringLiteral("MainWindow"),
+    : compositor_([this] { window->setProperty("isComposited", compositor_.isPresent()); }),
+      window(makeWindow(engine, QStringLiteral("MainWindow"),
                         {{QStringLiteral("store"), QVariant::fromValue(&store)},
-                         {QStringLiteral("isComposited"), isComposited()}})),
+                         {QStringLiteral("isComposited"), compositor_.isPresent()}})),
       frame_(*window, "com.vek.app.contentWindow", UserDefaults::standard()) {
   auto const* screen = QGuiApplication::primaryScreen();
   if (!frame_.restore() && screen) window->setPosition(firstTopLeft(*screen));
@@ -45,7 +45,13 @@ void MainWindowController::didClickStatusItem() {
   }
 }
 
+void MainWindowController::setTaskbar(Taskbar taskbar) {
+  taskbar_ = taskbar;
+  if (window->isVisible()) vek::setTaskbar(*window, taskbar);
+}
+
 void MainWindowController::show() {
+  vek::setTaskbar(*window, taskbar_);
   orderFront(*window);
   activateFrontWindow();
 }

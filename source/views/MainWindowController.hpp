@@ -7,7 +7,9 @@
 #include <memory>
 
 #include "views/AppStore.hpp"
+#include "views/Compositor.hpp"
 #include "views/FrameAutosave.hpp"
+#include "views/Taskbar.hpp"
 
 namespace vek {
 
@@ -21,8 +23,12 @@ class MainWindowController {
   void didClickStatusItem();
 
   void show();
+  /// Where the window is found again when it is out of sight, besides the status item.
+  void setTaskbar(Taskbar taskbar);
 
  private:
+  Compositor compositor_;
+  Taskbar taskbar_ = Taskbar::listed;
   std::unique_ptr<QQuickWindow> window;
   FrameAutosave frame_;
 };

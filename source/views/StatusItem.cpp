@@ -31,11 +31,12 @@ StatusItem::StatusItem()
     : service_(QStringLiteral("org.kde.StatusNotifierItem-%1-1")
                    .arg(QCoreApplication::applicationPid())),
       watcher_(watcherService, QDBusConnection::sessionBus(),
-               QDBusServiceWatcher::WatchForRegistration) {
+               QDBusServiceWatcher::WatchForOwnerChange) {
   qDBusRegisterMetaType<StatusItemPixmap>();
   qDBusRegisterMetaType<StatusItemPixmaps>();
   connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this,
           &StatusItem::registerWithWatcher);
+  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusItem::askForHost);
   auto bus = QDBusConnection::sessionBus();
   bus.registerObject(itemPath, this, QDBusConnection::ExportScriptableContents);
   bus.registerService(service_);
@@ -55,22 +56,32 @@ void StatusItem::registerWithWatcher() {
   QDBusConnection::sessionBus().asyncCall(call);
 }
 
-void StatusItem::askForHost(std::function<void(bool)> answer) {
+void StatusItem::followHost(std::function<void(bool)> told) {
+  told_ = std::move(told);
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
-    QMetaObject::invokeMethod(
-        this, [answer = std::move(answer)] { answer(false); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { told_(false); }, Qt::QueuedConnection);
     return;
   }
+  for (auto const* change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+    bus.connect(QString(), watcherPath, watcherService, QString::fromLatin1(change), this,
+                SLOT(askForHost()));
+  }
+  askForHost();
+}
+
+void StatusItem::askForHost() {
+  if (!told_) return;
   auto call = QDBusMessage::createMethodCall(watcherService, watcherPath,
                                              QStringLiteral("org.freedesktop.DBus.Properties"),
                                              QStringLiteral("Get"));
   call << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
-  auto* asked = new QDBusPendingCallWatcher(bus.asyncCall(call, patience.count()), this);
-  connect(asked, &QDBusPendingCallWatcher::finished, this, [asked, answer = std::move(answer)] {
+  auto* asked = new QDBusPendingCallWatcher(
+      QDBusConnection::sessionBus().asyncCall(call, patience.count()), this);
+  connect(asked, &QDBusPendingCallWatcher::finished, this, [this, asked] {
     QDBusPendingReply<QDBusVariant> const reply = *asked;
     asked->deleteLater();
-    answer(reply.isValid() && reply.value().variant().toBool());
+    told_(reply.isValid() && reply.value().variant().toBool());
   });
 }
 

@@ -34,8 +34,8 @@ class StatusItem : public QObject {
   void setImage(QString const& name);
   void setAction(std::function<void()> action) { action_ = std::move(action); }
 
-  /// Calls back once, soon, with whether a host shows such icons now.
-  void askForHost(std::function<void(bool exists)> answer);
+  /// Calls back soon with whether a host shows such icons, and again when that may have changed.
+  void followHost(std::function<void(bool exists)> told);
 
   [[nodiscard]] QString category() const { return QStringLiteral("ApplicationStatus"); }
   [[nodiscard]] QString identifier() const { return QStringLiteral("com.vek.app"); }
@@ -58,11 +58,13 @@ class StatusItem : public QObject {
 
  private:
   void registerWithWatcher();
+  Q_SLOT void askForHost();
 
   QString service_;
   QDBusServiceWatcher watcher_;
   QString image_;
   std::function<void()> action_;
+  std::function<void(bool exists)> told_;
 };
 
 }  // namespace vek

@@ -172,6 +172,20 @@ std::string Desktop::topWindow() const {
   return std::to_string(std::stoul(stack.substr(stack.rfind("0x")), nullptr, 16));
 }
 
+bool Desktop::isInTaskbar(std::string const& window) const {
+  auto const states = run({"xprop", "-id", window, "_NET_WM_STATE"});
+  return states.find("SKIP_TASKBAR") == std::string::npos &&
+         states.find("SKIP_PAGER") == std::string::npos;
+}
+
+std::string Desktop::colour(Point place) const {
+  auto const area = "1x1+" + numbered(place.x) + "+" + numbered(place.y);
+  auto colour =
+      run({"import", "-window", "root", "-crop", area, "-format", "%[pixel:p{0,0}]\n", "info:"});
+  if (colour.empty()) throw std::runtime_error("the screen cannot be read");
+  return colour;
+}
+
 Point Desktop::position(std::string const& window) const {
   std::istringstream lines(run({"xdotool", "getwindowgeometry", "--shell", window}));
   Point position;

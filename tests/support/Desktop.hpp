@@ -61,6 +61,10 @@ class Desktop {
   void activate(std::string const& window) const;
   /// The one above all others.
   [[nodiscard]] std::string topWindow() const;
+  /// Whether the taskbar lists it.
+  [[nodiscard]] bool isInTaskbar(std::string const& window) const;
+  /// Of the screen, as text.
+  [[nodiscard]] std::string colour(Point place) const;
   [[nodiscard]] Point position(std::string const& window) const;
   void move(std::string const& window, Point position) const;
   void click(Point place) const;

@@ -42,18 +42,22 @@ TEST_F(StatusItem, AClickShowsTheWindowInFrontAndTheNextOneHidesIt) {
   auto const window = shownWindow();
   EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == window; }));
   EXPECT_EQ(desktop.position(window), firstPlace);
+  EXPECT_FALSE(desktop.isInTaskbar(window));
   desktop.activate(desktop.window("other").value_or(""));
   EXPECT_EQ(desktop.topWindow(), window) << "it stays above the others";
   desktop.click(item);
   EXPECT_TRUE(isHidden());
   desktop.click(item);
   EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == shownWindow(); }));
+  EXPECT_FALSE(desktop.isInTaskbar(shownWindow()));
 }
 
 TEST_F(StatusItem, WithoutAStatusAreaTheWindowOpensAndALatePanelShowsTheItemStill) {
   auto const vek = desktop.startVek();
-  shownWindow();
+  auto const window = shownWindow();
+  EXPECT_TRUE(desktop.isInTaskbar(window)) << "it could not be found again";
   desktop.startPanel();
+  EXPECT_TRUE(eventually([&] { return !desktop.isInTaskbar(window); }));
   desktop.click(shownItem());
   EXPECT_TRUE(isHidden());
 }
@@ -68,6 +72,22 @@ TEST_F(StatusItem, TheWindowStandsAfterARestartWhereItWasLeft) {
 
   vek = desktop.startVek();
   EXPECT_EQ(desktop.position(shownWindow()), place);
+}
+
+TEST_F(StatusItem, TheWindowIsRoundAsLongAsThereIsACompositor) {
+  auto const vek = desktop.startVek();
+  auto const corner = desktop.position(shownWindow());
+  auto const isRound = [&] {
+    return desktop.colour(corner) == desktop.colour({corner.x - 1, corner.y});
+  };
+  ASSERT_TRUE(eventually([&] { return !isRound(); }));
+  for (int i = 0; i < 2; ++i) {
+    auto const compositor = desktop.start({"xcompmgr"});
+    EXPECT_TRUE(eventually(isRound));
+    compositor->signal(SIGTERM);
+    static_cast<void>(compositor->wait());
+    EXPECT_TRUE(eventually([&] { return !isRound(); }));
+  }
 }
 
 }  // namespace

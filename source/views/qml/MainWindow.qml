@@ -15,7 +15,8 @@ FittedWindow {
     width: 240
     fittingHeight: strip.height + content.implicitHeight
     title: "VEK"
-    color: isComposited ? "transparent" : Theme.window
+    // Always, as a compositor that comes later finds only what could be seen through from the start.
+    color: "transparent"
     flags: Qt.Window | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowTitleHint
            | Qt.WindowMinimizeButtonHint | Qt.WindowCloseButtonHint
 
