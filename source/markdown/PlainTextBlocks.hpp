@@ -8,8 +8,7 @@
 
 namespace vek {
 
-/// Text as it stands, a block a line. A line of many pages becomes several blocks, so that what is
-/// laid out at a time stays small.
+/// Text as it stands, a block a line.
 std::vector<DrawnBlock> plainTextBlocks(std::string_view text);
 
 }  // namespace vek

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <ranges>
+#include <span>
 
 #include "views/Fonts.hpp"
 #include "views/TableLayout.hpp"
@@ -23,34 +23,43 @@ constexpr qreal ruleHeight = 1;
 /// A symbol to the capital letters beside it.
 constexpr qreal symbolScale = 0.92;
 
-QString altText(ImageFlow const& flow) {
-  QStringList texts;
-  for (auto const& item : flow) {
-    auto const* image = std::get_if<RawImageData>(&item);
-    if (image) texts.append(QString::fromStdString(image->alt));
-  }
-  return texts.join(u'\n');
+/// What a block takes, and what its padding leaves to its content.
+QRectF areaOf(DrawnBlock const& block, qreal width) {
+  auto const leading = std::round(std::min(block.leading, std::max(0.0, width - leastRoom)));
+  auto const trailing = std::min(block.trailing, std::max(0.0, width - leading - leastRoom));
+  return {leading, 0, std::max(1.0, width - leading - trailing), 0};
+}
+QRectF innerAreaOf(DrawnBlock const& block, qreal width) {
+  auto const area = areaOf(block, width);
+  auto const& padding = block.drawable.padding;
+  return {std::round(area.left() + padding.leading), 0,
+          std::max(1.0, area.width() - padding.leading - padding.trailing), 0};
 }
 
 }  // namespace
 
-QString textOf(DrawnBlock const& block) {
-  if (auto const* text = std::get_if<DrawnBlock::Text>(&block.content)) return textOf(text->runs);
-  if (auto const* grid = std::get_if<DrawnBlock::Grid>(&block.content)) return textOf(*grid);
-  if (auto const* flow = std::get_if<ImageFlow>(&block.content)) return altText(*flow);
-  return {};
+qreal roomOf(DrawnBlock const& block, qreal width) {
+  return innerAreaOf(block, width).width();
 }
 
-bool hasImages(DrawnBlock const& block) {
-  auto const isImage = [](InlineRun const& run) { return run.image.has_value(); };
+bool hasImage(DrawnBlock const& block, BlockSlice const& slice, ImageCondition const& isTrue) {
+  auto const isOne = [&](InlineRun const& run) { return run.image && isTrue(*run.image); };
+  auto const items = [&](auto const& all, std::size_t end) {
+    auto const from = std::min(slice.from.item, all.size());
+    return std::span(all).subspan(from, std::min(end, all.size()) - from);
+  };
   if (auto const* text = std::get_if<DrawnBlock::Text>(&block.content))
-    return std::ranges::any_of(text->runs, isImage);
+    return std::ranges::any_of(items(text->runs, slice.to.item + 1), isOne);
   if (auto const* grid = std::get_if<DrawnBlock::Grid>(&block.content)) {
-    return std::ranges::any_of(std::views::join(grid->rows), [&](DrawnBlock::Cell const& cell) {
-      return std::ranges::any_of(cell.runs, isImage);
-    });
+    return std::ranges::any_of(
+        items(grid->rows, slice.to.item) | std::views::join,
+        [&](DrawnBlock::Cell const& cell) { return std::ranges::any_of(cell.runs, isOne); });
   }
-  return std::holds_alternative<ImageFlow>(block.content);
+  auto const* flow = std::get_if<ImageFlow>(&block.content);
+  return flow && std::ranges::any_of(items(*flow, slice.to.item), [&](auto const& item) {
+           auto const* image = std::get_if<RawImageData>(&item);
+           return image && isTrue(*image);
+         });
 }
 
 void drawBox(QPainter& painter, QRectF const& rect, BoxColors const& box,
@@ -67,52 +76,65 @@ void drawBox(QPainter& painter, QRectF const& rect, BoxColors const& box,
   }
 }
 
-BlockLayout::BlockLayout(DrawnBlock const& block, qreal width, LayoutContext const& context,
-                         qsizetype start)
-    : block_(block) {
-  auto const leading = std::round(std::min(block.leading, std::max(0.0, width - leastRoom)));
-  auto const trailing = std::min(block.trailing, std::max(0.0, width - leading - leastRoom));
-  room_ = QRectF(leading, 0, std::max(1.0, width - leading - trailing), 0);
+BlockLayout::BlockLayout(DrawnBlock const& block, BlockSlice const& slice, qreal width,
+                         std::vector<qreal> const& columnWidths, LayoutContext const& context)
+    : block_(block),
+      slice_(slice),
+      end_{slice.to, slice.end},
+      room_(areaOf(block, width)),
+      inner_(innerAreaOf(block, width)) {
   auto const& padding = block.drawable.padding;
-  inner_ = QRectF(std::round(room_.left() + padding.leading), std::round(padding.top),
-                  std::max(1.0, room_.width() - padding.leading - padding.trailing), 0);
+  if (slice.isFirst) inner_.moveTop(std::round(padding.top));
   qreal contentHeight = ruleHeight;
   if (auto const* text = std::get_if<DrawnBlock::Text>(&block.content)) {
-    contentHeight = layOutText(*text, context, start);
+    contentHeight = layOutText(*text, context);
   } else if (auto const* grid = std::get_if<DrawnBlock::Grid>(&block.content)) {
-    contentHeight = layOutGrid(*grid, context, start);
+    contentHeight = layOutGrid(*grid, columnWidths, context);
   } else if (auto const* flow = std::get_if<ImageFlow>(&block.content)) {
-    contentHeight = layOutImages(*flow, context, start);
+    contentHeight = layOutImages(*flow, context);
   }
   // What is hidden takes no room.
-  if (contentHeight > 0) height_ = inner_.top() + contentHeight + std::round(padding.bottom);
+  if (contentHeight > 0)
+    height_ = inner_.top() + contentHeight + (slice.isLast ? std::round(padding.bottom) : 0);
   inner_.setHeight(contentHeight);
   room_.setHeight(height_);
-  addMarkers(context);
+  if (slice.isFirst) addMarkers(context);
 }
 
-qreal BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const& context,
-                              qsizetype start) {
-  auto& piece = pieces_.emplace_back(text.runs, block_.drawable, context, inner_.width(), start);
+qreal BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const& context) {
+  auto const& drawable = block_.drawable;
+  bool const wraps = !drawable.isScrollable;
+  if (!slice_.isFirst) inner_.moveTop(std::round(drawable.lineSpacing));
+  std::vector<InlineRun> part;
+  if (!slice_.isWhole()) part = runsBetween(text.runs, slice_.from, slice_.to);
+  // The line behind it is the first of the next slice.
+  bool const endsLine = !slice_.isLast && !wraps && part.back().text.ends_with('\n');
+  if (endsLine) part.back().text.pop_back();
+  auto& piece = pieces_.emplace_back(slice_.isWhole() ? text.runs : part, drawable, context,
+                                     inner_.width(), slice_.start);
   piece.place = inner_.topLeft();
-  piece.layOut(inner_.width(), block_.drawable.isScrollable ? TextPiece::Wrapping::never
-                                                            : TextPiece::Wrapping::anywhere);
-  if (block_.drawable.isScrollable)
-    overflow_ = std::max(0.0, piece.naturalWidth() - inner_.width());
+  piece.layOut(inner_.width(), wraps ? TextPiece::Wrapping::anywhere : TextPiece::Wrapping::never,
+               Qt::AlignLeft, slice_.direction);
+  if (wraps && !slice_.isLast) {
+    piece.leaveLastLine();
+    end_ = {placeAfter(text.runs, slice_.from, piece.length()), slice_.start + piece.length()};
+  }
+  if (!wraps) overflow_ = std::max(0.0, piece.naturalWidth() - inner_.width());
   return piece.height();
 }
 
-qreal BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context,
-                              qsizetype start) {
-  auto table = TableLayout::of(grid, inner_.topLeft(), inner_.width(), context, start);
+qreal BlockLayout::layOutGrid(DrawnBlock::Grid const& grid, std::vector<qreal> const& columnWidths,
+                              LayoutContext const& context) {
+  auto table = TableLayout::of(grid, slice_, inner_.topLeft(), columnWidths, context);
   table_ = std::move(table.bounds);
   pieces_ = std::move(table.pieces);
   overflow_ = std::max(0.0, table_.bounds.width() - inner_.width());
   return table_.bounds.height();
 }
 
-qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& context,
-                                qsizetype start) {
+qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& context) {
+  if (!slice_.isFirst) inner_.moveTop(imageGap);
+  auto start = slice_.start;
   auto place = inner_.topLeft();
   qreal lineHeight = 0;
   auto const wrap = [&] {
@@ -126,8 +148,8 @@ qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& cont
     lineHeight = std::max(lineHeight, size.height());
     return rect;
   };
-  for (auto const& item : flow) {
-    auto const* image = std::get_if<RawImageData>(&item);
+  for (auto item = slice_.from.item; item < slice_.to.item; ++item) {
+    auto const* image = std::get_if<RawImageData>(&flow[item]);
     if (!image) {
       wrap();
       continue;
@@ -199,7 +221,8 @@ void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
   bool const isTable = !table_.rows.empty();
   if (!isTable) drawGround(painter, colors);
   painter.save();
-  if (overflow_ > 0) painter.setClipRect(room_.adjusted(1, 0, -1, 0), Qt::IntersectClip);
+  if (overflow_ > 0 || sideways > 0)
+    painter.setClipRect(room_.adjusted(1, 0, -1, 0), Qt::IntersectClip);
   painter.translate(-sideways, 0);
   if (isTable) drawTable(painter, colors, visible);
   for (auto const& picture : pictures_) {
@@ -211,28 +234,39 @@ void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,
   painter.restore();
 }
 
+QRectF BlockLayout::framed(QRectF const& rect) const {
+  // What goes on in another slice has its corners there.
+  return rect.adjusted(0, slice_.isFirst ? 0 : -2 * radius, 0, slice_.isLast ? 0 : 2 * radius);
+}
+
 void BlockLayout::drawGround(QPainter& painter, MarkdownColors const& colors) const {
   auto const& drawable = block_.drawable;
   if (std::holds_alternative<DrawnBlock::Rule>(block_.content)) {
     if (drawable.border) painter.fillRect(inner_, colors.of(*drawable.border));
     return;
   }
-  if (height_ > 0)
-    drawBox(painter, room_, {drawable.background, drawable.border, drawable.leadingBar}, colors);
+  if (height_ <= 0) return;
+  painter.save();
+  if (!slice_.isWhole()) painter.setClipRect(room_, Qt::IntersectClip);
+  drawBox(painter, framed(room_), {drawable.background, drawable.border, drawable.leadingBar},
+          colors);
+  painter.restore();
 }
 
 void BlockLayout::drawTable(QPainter& painter, MarkdownColors const& colors,
                             QRectF const& visible) const {
   auto const& drawable = block_.drawable;
+  if (!slice_.isWhole()) painter.setClipRect(table_.bounds, Qt::IntersectClip);
+  auto const bounds = framed(table_.bounds);
   QPainterPath outline;
-  outline.addRoundedRect(table_.bounds.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-  drawBox(painter, table_.bounds, {drawable.background, {}, {}}, colors);
+  outline.addRoundedRect(bounds.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  drawBox(painter, bounds, {drawable.background, {}, {}}, colors);
   painter.save();
   painter.setClipPath(outline, Qt::IntersectClip);
   drawCells(painter, colors, visible);
   painter.restore();
   if (!drawable.border) return;
-  for (std::size_t row = 1; row < table_.rows.size(); ++row) {
+  for (std::size_t row = slice_.isFirst ? 1 : 0; row < table_.rows.size(); ++row) {
     painter.fillRect(
         QRectF(table_.bounds.left(), table_.rows[row].position, table_.bounds.width(), ruleHeight),
         colors.of(*drawable.border));
@@ -243,13 +277,14 @@ void BlockLayout::drawTable(QPainter& painter, MarkdownColors const& colors,
 void BlockLayout::drawCells(QPainter& painter, MarkdownColors const& colors,
                             QRectF const& visible) const {
   auto const& grid = std::get<DrawnBlock::Grid>(block_.content);
-  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
+  for (std::size_t row = 0; row < table_.rows.size(); ++row) {
+    auto const& cells = grid.rows[slice_.from.item + row];
     auto const& place = table_.rows[row];
     bool const isSeen =
         place.position <= visible.bottom() && place.position + place.size >= visible.top();
     if (!isSeen) continue;
-    for (std::size_t column = 0; column < grid.rows[row].size(); ++column) {
-      auto const& drawable = grid.rows[row][column].drawable;
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+      auto const& drawable = cells[column].drawable;
       QRectF const rect(table_.columns[column].position, place.position,
                         table_.columns[column].size, place.size);
       if (drawable.background) painter.fillRect(rect, colors.of(*drawable.background));

@@ -5,27 +5,39 @@
 #include <QPainter>
 #include <QRectF>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "markdown/DrawnBlock.hpp"
+#include "views/BlockSlice.hpp"
 #include "views/LayoutContext.hpp"
 #include "views/TableBounds.hpp"
 #include "views/TextPiece.hpp"
 
 namespace vek {
 
-/// A block that was measured for a width, its coordinates counted from its upper left corner. What
-/// is wider than its room can be moved sideways.
+/// A slice of a block that was measured for a width, its coordinates counted from its upper left
+/// corner. What is wider than its room can be moved sideways.
 class BlockLayout {
  public:
-  /// `start` is where the text of the block begins in that of the document.
-  BlockLayout(DrawnBlock const& block, qreal width, LayoutContext const& context, qsizetype start);
+  /// Where the next slice of the block begins.
+  struct End {
+    BlockPlace place;
+    qsizetype position = 0;
+
+    bool operator==(End const&) const = default;
+  };
+
+  /// `columnWidths` are those of a table.
+  BlockLayout(DrawnBlock const& block, BlockSlice const& slice, qreal width,
+              std::vector<qreal> const& columnWidths, LayoutContext const& context);
 
   [[nodiscard]] qreal height() const { return height_; }
+  /// The last line of a slice is left to the next one, which may have more to put in it.
+  [[nodiscard]] End const& end() const { return end_; }
   [[nodiscard]] std::vector<TextPiece> const& pieces() const { return pieces_; }
-  [[nodiscard]] TableBounds const& table() const { return table_; }
   /// How far it can be moved to the left.
   [[nodiscard]] qreal overflow() const { return overflow_; }
 
@@ -49,16 +61,20 @@ class BlockLayout {
   };
 
   // Each says how high the content is.
-  qreal layOutText(DrawnBlock::Text const& text, LayoutContext const& context, qsizetype start);
-  qreal layOutGrid(DrawnBlock::Grid const& grid, LayoutContext const& context, qsizetype start);
-  qreal layOutImages(ImageFlow const& flow, LayoutContext const& context, qsizetype start);
+  qreal layOutText(DrawnBlock::Text const& text, LayoutContext const& context);
+  qreal layOutGrid(DrawnBlock::Grid const& grid, std::vector<qreal> const& columnWidths,
+                   LayoutContext const& context);
+  qreal layOutImages(ImageFlow const& flow, LayoutContext const& context);
   void addMarkers(LayoutContext const& context);
+  [[nodiscard]] QRectF framed(QRectF const& rect) const;
   void drawGround(QPainter& painter, MarkdownColors const& colors) const;
   void drawTable(QPainter& painter, MarkdownColors const& colors, QRectF const& visible) const;
   void drawCells(QPainter& painter, MarkdownColors const& colors, QRectF const& visible) const;
   static void drawSymbol(QPainter& painter, Symbol const& symbol, QColor check);
 
   DrawnBlock const& block_;
+  BlockSlice slice_;
+  End end_;
   /// What the block takes, and what its padding leaves to the content.
   QRectF room_;
   QRectF inner_;
@@ -82,10 +98,13 @@ void drawBox(QPainter& painter, QRectF const& rect, BoxColors const& box,
 constexpr qreal barInset = 8;
 constexpr qreal barWidth = 3;
 
-/// The text of a block as the document counts it.
-[[nodiscard]] QString textOf(DrawnBlock const& block);
+/// How wide the content of a block may be in a document of this width.
+[[nodiscard]] qreal roomOf(DrawnBlock const& block, qreal width);
 
-/// Whether there are images in it, in its lines included.
-[[nodiscard]] bool hasImages(DrawnBlock const& block);
+using ImageCondition = std::function<bool(RawImageData const&)>;
+
+/// Whether a slice of a block has an image of which something is true, those in its lines included.
+[[nodiscard]] bool hasImage(DrawnBlock const& block, BlockSlice const& slice,
+                            ImageCondition const& isTrue);
 
 }  // namespace vek

@@ -14,7 +14,7 @@ constexpr qsizetype mostBytes = qsizetype{128} << 20;
 DocumentImages::DocumentImages(ImageLoader& loader) : loader_(loader) {
   connect(&loader, &ImageLoader::finished, this, [this](QUrl const& url, QImage const& image) {
     bool const isNew = asked_.remove(url) && !image.isNull();
-    if (isNew && !hold(url, image).isNull()) Q_EMIT changed();
+    if (isNew && !hold(url, image).isNull()) Q_EMIT changed(url);
   });
 }
 

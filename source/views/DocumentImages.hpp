@@ -19,12 +19,13 @@ class DocumentImages : public QObject {
  public:
   explicit DocumentImages(ImageLoader& loader);
 
-  /// The image, where it is there; else `changed` tells when it has come.
+  /// The image, where it is there; else `changed` tells when it has come, by its URL without a
+  /// fragment.
   [[nodiscard]] QImage image(QUrl const& url);
   /// Another document is shown.
   void clear();
 
-  Q_SIGNAL void changed();
+  Q_SIGNAL void changed(QUrl const& url);
 
  private:
   QImage hold(QUrl const& url, QImage const& image);

@@ -8,7 +8,7 @@
 
 #include <chrono>
 #include <cstddef>
-#include <memory>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,9 +18,9 @@
 
 namespace vek {
 
-/// The blocks of a document for one width. They are measured from the top on, as far as is asked
-/// for; those far from what is seen give back what drawing them takes, and are laid out anew when
-/// they come into view.
+/// The blocks of a document for one width, long ones in slices. They are measured from the top on,
+/// as far as is asked for; those far from what is seen give back what drawing them takes, and are
+/// laid out anew when they come into view.
 class DocumentLayout {
  public:
   using Clock = std::chrono::steady_clock;
@@ -29,13 +29,15 @@ class DocumentLayout {
   void setWidth(qreal width);
   void setColors(MarkdownColors const& colors);
   void setImages(ImageProvider images);
-  /// An image came: blocks with images are measured again.
-  void imagesChanged();
+  /// Blocks with images of which this is true are measured again.
+  void imagesChanged(ImageCondition const& hasChanged);
 
   [[nodiscard]] MarkdownColors const& colors() const { return colors_; }
   /// Of what is measured so far.
   [[nodiscard]] qreal height() const;
-  [[nodiscard]] bool isComplete() const { return tops_.size() == blocks_.size(); }
+  [[nodiscard]] bool isComplete() const { return measures_.size() == slices_.size(); }
+  /// How many slices were laid out so far, again or for the first time.
+  [[nodiscard]] std::size_t layoutCount() const { return layoutCount_; }
   /// Measures until the document reaches down to `bottom`.
   void measureTo(qreal bottom);
   /// Measures until the time is up.
@@ -61,7 +63,19 @@ class DocumentLayout {
   void draw(QPainter& painter, qreal top, qreal bottom, std::vector<Highlight> const& highlights);
 
  private:
-  /// What of a frame is around one of its blocks.
+  struct Measure {
+    qreal top = 0;
+    qreal height = 0;
+    BlockLayout::End end;
+    [[nodiscard]] qreal bottom() const { return top + height; }
+  };
+  /// How far a block that is too wide is moved to the left, and how far it can be.
+  struct Sideways {
+    qreal moved = 0;
+    qreal overflow = 0;
+  };
+
+  /// What of a frame is around one of its slices.
   struct FramePart {
     DrawnBlock::Frame const& frame;
     qreal top = 0;
@@ -70,32 +84,51 @@ class DocumentLayout {
     bool ends = false;
   };
 
-  /// Of a block and the frames that end with it.
-  [[nodiscard]] qreal lowerEdge(std::size_t block) const;
-  [[nodiscard]] std::size_t blockAtHeight(qreal y) const;
-  [[nodiscard]] std::size_t blockAtPosition(qsizetype position) const;
-  [[nodiscard]] QPointF inBlock(std::size_t block, QPointF point) const;
-  BlockLayout const& layout(std::size_t block);
+  [[nodiscard]] DrawnBlock const& blockOf(std::size_t slice) const {
+    return blocks_[slices_[slice].block];
+  }
+  /// Of a slice and the frames that end with it.
+  [[nodiscard]] qreal lowerEdge(std::size_t slice) const;
+  [[nodiscard]] std::size_t sliceAtHeight(qreal y) const;
+  [[nodiscard]] std::size_t sliceAtPosition(qsizetype position) const;
+  /// The slice as it is laid out, with what the one before left to it.
+  [[nodiscard]] BlockSlice shownSlice(std::size_t slice) const;
+  [[nodiscard]] Sideways sidewaysOf(std::size_t slice) const;
+  [[nodiscard]] QPointF inSlice(std::size_t slice, QPointF point) const;
+  BlockLayout const& layout(std::size_t slice);
+  std::vector<qreal> const& columnWidthsOf(std::size_t block);
   void measureNext();
+  void measure(std::size_t slice);
+  /// False when nothing of the block had to be.
+  bool measureAgain(std::size_t block, ImageCondition const& hasChanged);
+  /// Below the one before.
+  void place(std::size_t slice);
+  void moveSideways(std::size_t slice, qreal by);
   void forgetMeasures();
   void forgetFarFrom(qreal top, qreal bottom);
-  void drawFrames(QPainter& painter, std::size_t block) const;
+  void drawFrames(QPainter& painter, std::size_t slice) const;
   void drawFrame(QPainter& painter, FramePart const& part) const;
-  static void drawSlider(QPainter& painter, MarkdownColors const& colors, BlockLayout const& layout,
-                         qreal width, qreal sideways);
+  void drawSlider(QPainter& painter, Sideways const& sideways, qreal bottom) const;
 
   std::vector<DrawnBlock> blocks_;
-  /// Where the text of each block begins in that of the document.
-  std::vector<qsizetype> starts_;
+  std::vector<BlockSlice> slices_;
+  /// Of each block.
+  std::vector<std::size_t> firstSlices_;
+  /// The blocks with images.
+  std::vector<std::size_t> pictured_;
   QString text_;
   qreal width_ = 0;
   MarkdownColors colors_;
   ImageProvider images_;
-  /// Of the blocks that are measured.
-  std::vector<qreal> tops_;
-  std::vector<qreal> heights_;
-  std::vector<std::unique_ptr<BlockLayout>> layouts_;
-  std::vector<qreal> sideways_;
+  /// Of the slices from the first on.
+  std::vector<Measure> measures_;
+  /// Of those near what is seen.
+  std::map<std::size_t, BlockLayout> layouts_;
+  qreal seenBottom_ = 0;
+  std::size_t layoutCount_ = 0;
+  /// By block.
+  std::map<std::size_t, std::vector<qreal>> columnWidths_;
+  std::map<std::size_t, Sideways> sideways_;
 };
 
 }  // namespace vek

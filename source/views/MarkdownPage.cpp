@@ -41,7 +41,7 @@ MarkdownPage::MarkdownPage(QQuickItem* parent)
   environment_.markerWidth = markerWidth;
   imageProvider_ = inlineImageProvider_ = [this](QUrl const& url) { return images_.image(url); };
   layout_.setImages([this](auto const& image, auto place) { return shownImage(image, place); });
-  connect(&images_, &DocumentImages::changed, this, &MarkdownPage::imagesChanged);
+  connect(&images_, &DocumentImages::changed, this, &MarkdownPage::imageCame);
   connect(this, &MarkdownPage::baseURLChanged, this, &MarkdownPage::imagesChanged);
   measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
@@ -80,7 +80,14 @@ void MarkdownPage::setInlineImageProvider(ImageSource inlineImageProvider) {
 }
 
 void MarkdownPage::imagesChanged() {
-  layout_.imagesChanged();
+  layout_.imagesChanged([](RawImageData const&) { return true; });
+  polish();
+}
+
+void MarkdownPage::imageCame(QUrl const& url) {
+  layout_.imagesChanged([&](RawImageData const& image) {
+    return urlOf(image).adjusted(QUrl::RemoveFragment) == url;
+  });
   polish();
 }
 
@@ -89,9 +96,8 @@ void MarkdownPage::setColors(QVariantMap const& colors) {
   colors_ = colors;
   layout_.setColors(MarkdownColors::from(colors));
   // Some images are for one of the schemes only.
-  layout_.imagesChanged();
+  imagesChanged();
   Q_EMIT colorsChanged();
-  polish();
   update();
 }
 
@@ -124,8 +130,12 @@ void MarkdownPage::makeDocument() {
   Q_EMIT documentChanged();
 }
 
+QUrl MarkdownPage::urlOf(RawImageData const& image) const {
+  return imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
+}
+
 ShownImage MarkdownPage::shownImage(RawImageData const& image, ImagePlace place) {
-  auto const url = imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
+  auto const url = urlOf(image);
   auto const other = colors_.value(QStringLiteral("isDark")).toBool()
                          ? QStringLiteral("gh-light-mode-only")
                          : QStringLiteral("gh-dark-mode-only");

@@ -117,6 +117,8 @@ class MarkdownPage : public QQuickPaintedItem {
   using Range = std::pair<qsizetype, qsizetype>;
 
   void makeDocument();
+  void imageCame(QUrl const& url);
+  [[nodiscard]] QUrl urlOf(RawImageData const& image) const;
   [[nodiscard]] ShownImage shownImage(RawImageData const& image, ImagePlace place);
   void measured();
   void setSelection(qsizetype anchor, qsizetype cursor);

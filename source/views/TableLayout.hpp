@@ -4,24 +4,29 @@
 #include <vector>
 
 #include "markdown/DrawnBlock.hpp"
+#include "views/BlockSlice.hpp"
 #include "views/TableBounds.hpp"
 #include "views/TextPiece.hpp"
 
 namespace vek {
 
-/// The cells of a table, laid out. A table is as wide as its cells ask for. Where there is less
-/// room columns give way down to their longest word, and past that the table is wider than its
-/// room.
+/// How wide the columns of a table are. A table is as wide as its cells ask for. Where there is
+/// less room columns give way down to their longest word, and past that the table is wider than its
+/// room. Of a long table the first rows are asked, and the longest cell of each column.
+[[nodiscard]] std::vector<qreal> columnWidths(DrawnBlock::Grid const& grid, qreal room,
+                                              LayoutContext const& context);
+
+/// Rows of a table, laid out.
 struct TableLayout {
   TableBounds bounds;
   std::vector<TextPiece> pieces;
 
-  /// `start` is where the text of the table begins in that of the document.
-  static TableLayout of(DrawnBlock::Grid const& grid, QPointF place, qreal room,
-                        LayoutContext const& context, qsizetype start);
+  /// The rows of a slice, from a place on downwards.
+  static TableLayout of(DrawnBlock::Grid const& grid, BlockSlice const& slice, QPointF place,
+                        std::vector<qreal> const& columnWidths, LayoutContext const& context);
 };
 
-/// The text of a table as the document counts it: a tab or a break behind each cell but the last.
-[[nodiscard]] QString textOf(DrawnBlock::Grid const& grid);
+/// The text of a row as the document counts it: a tab behind each cell but the last.
+[[nodiscard]] QString textOf(std::vector<DrawnBlock::Cell> const& row);
 
 }  // namespace vek

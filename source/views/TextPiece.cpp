@@ -15,13 +15,9 @@ constexpr qreal unlimited = 1e6;
 constexpr qreal groundReach = 2;
 constexpr qreal groundRadius = 3;
 
-QString withSeparators(std::string const& text) {
-  return QString::fromStdString(text).replace(u'\n', QChar::LineSeparator);
-}
-
 QString textOf(InlineRun const& run) {
   bool const isUntitled = run.image && run.text.empty();
-  return isUntitled ? QString(QChar::ObjectReplacementCharacter) : withSeparators(run.text);
+  return isUntitled ? QString(QChar::ObjectReplacementCharacter) : documentText(run.text);
 }
 
 QTextCharFormat formatOf(InlineRun const& run, QFont const& font, MarkdownColors const& colors) {
@@ -45,6 +41,11 @@ QFont spacedFont(QFont font, qreal width) {
 }
 
 }  // namespace
+
+QString documentText(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+      .replace(u'\n', QChar::LineSeparator);
+}
 
 QString textOf(std::vector<InlineRun> const& runs) {
   QString text;
@@ -76,13 +77,18 @@ TextPiece::TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawabl
       grounds_.push_back({range, context.colors.of(*run.attributes.background)});
     text += part;
   }
+  length_ = text.size();
   layout_ = std::make_unique<QTextLayout>(text, fontOf(drawable.text.font));
+  // Or the glyphs would be found anew whenever it is drawn.
+  layout_->setCacheEnabled(true);
   layout_->setFormats(formats);
 }
 
-void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment) {
+void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment,
+                       Qt::LayoutDirection direction) {
   bool const wraps = wrapping != Wrapping::never;
   QTextOption option(alignment);
+  option.setTextDirection(direction);
   option.setWrapMode(wrapping == Wrapping::never ? QTextOption::ManualWrap
                      : wrapping == Wrapping::betweenWords
                          ? QTextOption::WordWrap
@@ -98,7 +104,8 @@ void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment) 
     y += line.height() + lineSpacing_;
   }
   layout_->endLayout();
-  height_ = std::ceil(y - (layout_->lineCount() > 0 ? lineSpacing_ : 0));
+  lineCount_ = layout_->lineCount();
+  height_ = std::ceil(y - (lineCount_ > 0 ? lineSpacing_ : 0));
   width_ = wraps ? width : naturalWidth();
   for (auto& picture : pictures_) {
     auto const line = layout_->lineForTextPosition(picture.range.start);
@@ -107,6 +114,17 @@ void TextPiece::layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment) 
     auto const baseline = line.y() + line.ascent();
     picture.rect = {QPointF(left, baseline - picture.size.height()), picture.size};
   }
+}
+
+void TextPiece::leaveLastLine() {
+  if (lineCount_ < 2) return;
+  auto last = layout_->lineAt(--lineCount_);
+  auto const above = layout_->lineAt(lineCount_ - 1);
+  length_ = last.textStart();
+  height_ = std::ceil(above.y() + above.height());
+  // Below all that is drawn.
+  last.setPosition({0, unlimited});
+  std::erase_if(pictures_, [&](Picture const& picture) { return picture.range.start >= length_; });
 }
 
 qreal TextPiece::reachAbove(QTextLine const& line) const {
@@ -120,16 +138,16 @@ qreal TextPiece::reachAbove(QTextLine const& line) const {
 }
 
 qreal TextPiece::firstBaseline() const {
-  if (layout_->lineCount() == 0) return place.y();
+  if (lineCount_ == 0) return place.y();
   auto const line = layout_->lineAt(0);
   return place.y() + line.y() + line.ascent();
 }
 
 qsizetype TextPiece::positionAt(QPointF point) const {
   auto const at = point - place;
-  for (int i = 0; i < layout_->lineCount(); ++i) {
+  for (int i = 0; i < lineCount_; ++i) {
     auto const line = layout_->lineAt(i);
-    bool const isLast = i + 1 == layout_->lineCount();
+    bool const isLast = i + 1 == lineCount_;
     if (!isLast && at.y() >= line.y() + line.height() + lineSpacing_) continue;
     auto position = line.xToCursor(at.x());
     // The end of a line that goes on is the beginning of the next one.
@@ -155,7 +173,7 @@ std::vector<QRectF> TextPiece::rectsOf(qsizetype from, qsizetype to) const {
   auto const first = static_cast<int>(std::clamp<qsizetype>(from - start_, 0, length()));
   auto const last = static_cast<int>(std::clamp<qsizetype>(to - start_, 0, length()));
   std::vector<QRectF> rects;
-  for (int i = 0; first < last && i < layout_->lineCount(); ++i) {
+  for (int i = 0; first < last && i < lineCount_; ++i) {
     auto const line = layout_->lineAt(i);
     auto const lineEnd = line.textStart() + line.textLength();
     if (lineEnd <= first || line.textStart() >= last) continue;

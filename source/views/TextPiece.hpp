@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "markdown/Drawable.hpp"
@@ -18,7 +19,10 @@
 
 namespace vek {
 
-/// The text of runs, with one character for each break, and for an image without a text.
+/// A text as the document has it, with one character for each break.
+[[nodiscard]] QString documentText(std::string_view text);
+
+/// That of runs, with one character for an image without a text.
 [[nodiscard]] QString textOf(std::vector<InlineRun> const& runs);
 
 /// A range of the document's text that is marked.
@@ -40,7 +44,10 @@ class TextPiece {
             LayoutContext const& context, qreal room, qsizetype start);
 
   /// Breaks the text into lines of this width. Without wrapping it keeps those that it has.
-  void layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment = Qt::AlignLeft);
+  void layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment = Qt::AlignLeft,
+              Qt::LayoutDirection direction = Qt::LayoutDirectionAuto);
+  /// Leaves the last of several lines to the piece where the text goes on.
+  void leaveLastLine();
 
   /// The widths that the text would take without a break, and with all of them. Once laid out.
   [[nodiscard]] qreal naturalWidth() const { return layout_->maximumWidth(); }
@@ -51,7 +58,7 @@ class TextPiece {
 
   /// Where in the text of the document it begins, and how long it is.
   [[nodiscard]] qsizetype start() const { return start_; }
-  [[nodiscard]] qsizetype length() const { return layout_->text().size(); }
+  [[nodiscard]] qsizetype length() const { return length_; }
 
   /// The position in the document's text that is nearest to a point in the block.
   [[nodiscard]] qsizetype positionAt(QPointF point) const;
@@ -97,6 +104,8 @@ class TextPiece {
   std::vector<Ground> grounds_;
   std::vector<Picture> pictures_;
   qsizetype start_;
+  qsizetype length_ = 0;
+  int lineCount_ = 0;
   qreal lineSpacing_;
   qreal width_ = 0;
   qreal height_ = 0;

@@ -29,7 +29,7 @@ struct InlineImageTest : testing::Test {
   void arrive(QSize size) {
     shown.image = QImage(size, QImage::Format_RGB32);
     shown.image.fill(Qt::red);
-    layout.imagesChanged();
+    layout.imagesChanged([](RawImageData const&) { return true; });
     layout.measureTo(1e6);
   }
 
