@@ -73,6 +73,7 @@ Item {
             visible: view.store.session.hasCredentials
                      && view.store.permissions.hasRecordingPermissions
             recordingStore: view.store.recording
+            transcriptsStore: view.store.transcripts
         }
 
         ErrorCard {

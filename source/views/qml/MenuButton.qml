@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import VEK
 
 // Three dots on a disc; opens the program's menu.
-T.AbstractButton {
+BaseButton {
     id: button
 
     required property MenuStore store
@@ -12,16 +11,12 @@ T.AbstractButton {
 
     objectName: "menuButton"
     implicitWidth: Theme.control
-    implicitHeight: Theme.control
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
     text: qsTr("Menu")
+    ground.radius: height / 2
+    ground.ringDistance: 0
+    ground.isPressed: down || menu.visible
     Accessible.role: Accessible.ButtonMenu
-    Accessible.name: text
-    Accessible.onPressAction: if (button.enabled) button.clicked()
     onClicked: menu.visible ? menu.close() : menu.open()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 
     contentItem: Item {
         Rectangle {
@@ -38,17 +33,6 @@ T.AbstractButton {
                 size: 12
                 color: Theme.window
             }
-        }
-    }
-    background: Rectangle {
-        radius: height / 2
-        color: button.down || menu.visible ? Theme.pressed
-             : button.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            anchors.margins: 0
-            radius: parent.radius
-            visible: button.visualFocus
         }
     }
 

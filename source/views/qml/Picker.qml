@@ -37,21 +37,12 @@ T.ComboBox {
         size: 13
         color: Theme.secondary
     }
-    background: Rectangle {
-        radius: Theme.controlRadius
+    background: ButtonGround {
+        isPressed: picker.down
+        isHovered: picker.hovered
+        isFocused: picker.visualFocus
         color: Theme.group
-        border.width: 1
         border.color: Theme.controlOutline
-
-        Rectangle {
-            anchors.fill: parent
-            radius: parent.radius
-            color: picker.down ? Theme.pressed : picker.hovered ? Theme.hover : "transparent"
-        }
-        FocusRing {
-            radius: Theme.controlRadius + 3
-            visible: picker.visualFocus
-        }
     }
 
     delegate: PickerEntry {
@@ -73,7 +64,7 @@ T.ComboBox {
             clip: true
             T.ScrollBar.vertical: ThinScrollBar {}
         }
-        background: CustomGroup {
+        background: CustomGroupModifier {
             isFloating: true
         }
     }

@@ -15,13 +15,12 @@ T.ItemDelegate {
     rightPadding: Theme.space2
     hoverEnabled: true
     highlighted: ListView.isCurrentItem
-    text: modelData
     Accessible.role: Accessible.ListItem
-    Accessible.name: text
+    Accessible.name: modelData
     Accessible.onPressAction: if (entry.enabled) entry.clicked()
 
     contentItem: Text {
-        text: entry.text
+        text: entry.modelData
         textFormat: Text.PlainText
         color: entry.highlighted ? Theme.accentText : Theme.primary
         font.pixelSize: Theme.body

@@ -1,39 +1,32 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import VEK
 
 Column {
     id: view
 
     required property RecordingStore recordingStore
+    required property TranscriptsListStore transcriptsStore
     readonly property alias button: button
 
     spacing: 10
 
-    T.AbstractButton {
+    BaseButton {
         id: button
 
         objectName: "recordButton"
         anchors.horizontalCenter: parent.horizontalCenter
         implicitWidth: contentItem.implicitWidth
         implicitHeight: contentItem.implicitHeight
-        focusPolicy: Qt.StrongFocus
         text: view.recordingStore.isRecording ? qsTr("Stop recording") : qsTr("Record")
         scale: down ? 0.95 : 1
-        Accessible.role: Accessible.Button
-        Accessible.name: text
-        Accessible.onPressAction: if (button.enabled) button.clicked()
+        ground.radius: width / 2
+        ground.hoverColor: "transparent"
+        ground.pressedColor: "transparent"
         onClicked: view.recordingStore.recordButtonClicked()
-        Keys.onReturnPressed: clicked()
-        Keys.onEnterPressed: clicked()
 
         contentItem: RecordSymbol {
             isRecording: view.recordingStore.isRecording
-        }
-        background: FocusRing {
-            radius: width / 2
-            visible: button.visualFocus
         }
         Behavior on scale {
             NumberAnimation { duration: Theme.quick }
