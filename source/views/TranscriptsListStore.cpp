@@ -23,6 +23,12 @@ QString TranscriptsListStore::error() const {
   return text(state().error);
 }
 
+QString TranscriptsListStore::customerName(QString const& identifier) const {
+  auto const id = UUID::parse(identifier.toStdString());
+  auto const* known = id ? state().customers.find(*id) : nullptr;
+  return known ? QString::fromStdString(known->name) : identifier;
+}
+
 void TranscriptsListStore::openTrasnscript(int row) {
   store_.send(Action::openTrasnscript{state().transcripts[static_cast<std::size_t>(row)]});
 }
@@ -32,7 +38,7 @@ void TranscriptsListStore::refetchContentButtonClicked() {
 }
 
 void TranscriptsListStore::customersChanged() {
-  transcripts_.setCustomers(state().customers);
+  transcripts_.namesChanged();
 }
 
 void TranscriptsListStore::transcriptsChanged() {

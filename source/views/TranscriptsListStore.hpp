@@ -35,6 +35,8 @@ class TranscriptsListStore : public QObject {
   [[nodiscard]] QObject* transcripts() { return &transcripts_; }
   [[nodiscard]] int unassignedCount() const { return unassignedCount_; }
 
+  /// The name of the customer with this identifier, or the identifier of one who is not known.
+  Q_INVOKABLE [[nodiscard]] QString customerName(QString const& identifier) const;
   /// Opens the transcript of a row.
   Q_INVOKABLE void openTrasnscript(int row);
   Q_INVOKABLE void refetchContentButtonClicked();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "records/Customer.hpp"
 #include "records/Transcript.hpp"
 #include "views/IdentifiedArrayModel.hpp"
 
@@ -10,22 +9,19 @@ namespace vek {
 /// The rows of the list of transcripts, as cells show them.
 class TranscriptsModel : public IdentifiedArrayModel<Transcript> {
  public:
-  enum Role { Store = Qt::UserRole, TextState, Preview, IsAssigned, Customer, StartDate };
+  enum Role { Store = Qt::UserRole, TextState, Text, CustomerID, StartDate };
 
   /// `store` is what the rows send their actions to.
   explicit TranscriptsModel(QObject& store) : store_(store) {}
 
-  /// Whose names rows show.
-  void setCustomers(IdentifiedArray<vek::Customer> customers);
+  /// The names of customers are others now: rows show them anew.
+  void namesChanged();
 
   [[nodiscard]] QVariant data(QModelIndex const& index, int role) const override;
   [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
  private:
-  [[nodiscard]] QString customer(Transcript const& transcript) const;
-
   QObject& store_;
-  IdentifiedArray<vek::Customer> customers_;
 };
 
 }  // namespace vek

@@ -122,7 +122,7 @@ void ScriptedApp::show(QVariantMap const& facts) {
   state.transcripts.transcripts =
       transcripts(facts.contains("cells") ? facts["cells"].toList()
                                           : manyTranscripts(count, facts["unassigned"].toInt()));
-  state.transcripts.customers.set(knownCustomer);
+  if (!isTrue("nameless")) state.transcripts.customers.set(knownCustomer);
   state.menu.isShowingSettings = isTrue("settings");
   state.transcripts.isLoading = isTrue("refreshing");
   state.transcripts.error = error(facts["transcriptsError"]);

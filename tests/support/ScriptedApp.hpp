@@ -36,6 +36,7 @@ class ScriptedApp : public QObject {
   ///     text,
   ///                                                        loading or failed; customer, "known" or
   ///                                                        not
+  ///     nameless                                           true before customers have names
   ///     sessionError, permissionsError, recordingError, transcriptsError
   Q_INVOKABLE void show(QVariantMap const& facts);
   Q_INVOKABLE void forgetSent();

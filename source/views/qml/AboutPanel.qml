@@ -77,7 +77,7 @@ Window {
         font.weight: Font.Medium
     }
 
-    CustomGroup {
+    CustomGroupModifier {
         id: group
 
         anchors.top: caption.bottom

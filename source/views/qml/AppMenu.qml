@@ -31,7 +31,7 @@ T.Menu {
             onActivated: menu.close()
         }
     }
-    background: CustomGroup {
+    background: CustomGroupModifier {
         isFloating: true
     }
     enter: Transition {

@@ -5,7 +5,7 @@ import VEK
 
 // A card with the description of an error and the button that the user ends it with. What lies
 // below it hears nothing of the mouse.
-CustomGroup {
+CustomGroupModifier {
     id: view
 
     required property string error

@@ -3,7 +3,7 @@ import QtQuick
 import VEK
 
 // Looks for a text on two pages, one after the other.
-CustomGroup {
+CustomGroupModifier {
     id: bar
 
     required property MarkdownPage upper

@@ -3,7 +3,7 @@ import QtQuick
 import VEK
 
 // Where the link under the pointer leads.
-CustomGroup {
+CustomGroupModifier {
     id: target
 
     property string link: ""

@@ -3,7 +3,7 @@ import QtQuick
 import VEK
 
 // Tells what was done, for a moment.
-CustomGroup {
+CustomGroupModifier {
     id: notice
 
     function show(text: string) {

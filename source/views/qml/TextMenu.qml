@@ -31,7 +31,7 @@ T.Menu {
         currentIndex: menu.currentIndex
         keyNavigationWraps: true
     }
-    background: CustomGroup {
+    background: CustomGroupModifier {
         isFloating: true
     }
 

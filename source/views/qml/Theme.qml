@@ -11,6 +11,7 @@ QtObject {
 
     property bool isDark: DesktopSettings.isDark
     property bool reducesMotion: DesktopSettings.reducesMotion
+    readonly property string colorScheme: isDark ? "dark" : "light"
 
     readonly property color window: isDark ? "#1c1c20" : "#fafafc"
     readonly property color windowOutline: isDark ? "#45454d" : "#d2d2da"

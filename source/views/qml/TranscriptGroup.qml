@@ -22,7 +22,7 @@ Item {
     implicitHeight: 2 * Theme.space3 + 2 * padding
                     + (markdown.visible ? markdown.implicitHeight : overlayHeight)
 
-    CustomGroup {
+    CustomGroupModifier {
         id: box
 
         anchors.fill: parent
@@ -37,8 +37,8 @@ Item {
             y: group.padding
             width: Math.min(parent.width - 2 * group.padding, group.measure)
             height: implicitHeight
-            viewTop: group.view.contentY - group.y - box.y - y
-            viewHeight: group.view.height
+            viewTop: box.viewTop - y
+            viewHeight: box.viewHeight
             onRevealRequested: (y, height) => {
                 const top = group.y + box.y + markdown.y + y, margin = Theme.space6;
                 const view = group.view;

@@ -27,6 +27,11 @@ Item {
     ListView {
         id: list
 
+        function scrollTo(y: real) {
+            const end = originY + contentHeight + bottomMargin - height;
+            contentY = Math.max(originY, Math.min(y, end));
+        }
+
         objectName: "transcripts"
         anchors.fill: parent
         visible: !view.store.isLoading && !view.store.isEmpty
@@ -39,6 +44,17 @@ Item {
         activeFocusOnTab: true
         highlightMoveDuration: 0
         T.ScrollBar.vertical: ThinScrollBar {}
+        Keys.onPressed: event => {
+            const page = height - Theme.space6;
+            switch (event.key) {
+            case Qt.Key_PageUp: scrollTo(contentY - page); break;
+            case Qt.Key_PageDown: scrollTo(contentY + page); break;
+            case Qt.Key_Home: scrollTo(originY); break;
+            case Qt.Key_End: scrollTo(originY + contentHeight); break;
+            default: return;
+            }
+            event.accepted = true;
+        }
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Transcripts")
 

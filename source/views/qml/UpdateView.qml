@@ -79,7 +79,7 @@ Item {
             height: Theme.space1
             visible: notes.visible
         }
-        CustomGroup {
+        CustomGroupModifier {
             id: notes
 
             objectName: "notes"

@@ -10,6 +10,9 @@ Item {
     property bool isFloating: false
     property real viewTop: 0
     property real viewHeight: height
+    /// "light" or "dark".
+    property string colorScheme: Theme.colorScheme
+    readonly property bool isDark: colorScheme === "dark"
 
     function faded(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, opacity);
@@ -27,9 +30,9 @@ Item {
         margin: group.isFloating ? Theme.space4 : 0
         radius: Theme.groupRadius
         fill: Theme.group
-        outlineTop: Theme.isDark ? group.faded(Theme.secondary, 0.15)
+        outlineTop: group.isDark ? group.faded(Theme.secondary, 0.15)
                                  : group.faded(Theme.primary, 0.1)
-        outlineBottom: Theme.isDark ? group.faded(Theme.primary, 0.2)
+        outlineBottom: group.isDark ? group.faded(Theme.primary, 0.2)
                                     : group.faded(Theme.secondary, 0.3)
         shadow: group.isFloating ? Theme.shadow : "transparent"
     }
