@@ -5,13 +5,14 @@
 #include <cmark-gfm.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdlib>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include "markdown/MarkdownReader.hpp"
 #include "markdown/MarkdownWriter.hpp"
+#include "markdown/ReadingCost.hpp"
 
 namespace vek {
 
@@ -31,41 +32,42 @@ void attach(cmark_parser& parser, char const* name) {
   if (extension) cmark_parser_attach_syntax_extension(&parser, extension);
 }
 
+/// Text that is not read as Markdown: its lines in paragraphs, with all their marks.
+MarkdownContent asItStands(std::string_view text) {
+  std::vector<BlockNode> blocks;
+  std::vector<InlineNode> lines;
+  auto const endParagraph = [&] {
+    if (!lines.empty()) blocks.emplace_back(BlockNode::paragraph{std::exchange(lines, {})});
+  };
+  while (!text.empty()) {
+    auto const line = text.substr(0, text.find_first_of("\r\n"));
+    text.remove_prefix(std::min(text.size(), line.size() + 1));
+    if (line.empty()) {
+      endParagraph();
+      continue;
+    }
+    if (!lines.empty()) lines.emplace_back(InlineNode::lineBreak{});
+    lines.emplace_back(InlineNode::text{std::string(line)});
+  }
+  endParagraph();
+  return MarkdownContent(std::move(blocks));
+}
+
 }  // namespace
 
 void MarkdownDocument::Free::operator()(cmark_node* node) const {
   cmark_node_free(node);
 }
 
-/// cmark-gfm fills short rows up to the width of their table, and reads a row in the square of its
-/// width. What is wider or larger than anyone reads stays text, so that a short text stays small.
-MarkdownDocument::Tables MarkdownDocument::tablesOf(std::string_view text) {
-  constexpr std::size_t mostColumns = 1000;
-  constexpr std::size_t mostCells = 200'000;
-  std::size_t cells = 0;
-  std::size_t lines = 0;
-  std::size_t columns = 0;
-  while (!text.empty() && columns <= mostColumns && cells + columns * lines <= mostCells) {
-    auto const line = text.substr(0, text.find('\n'));
-    // Only an empty line is sure to end a table: others are rows of it, though they have no bar.
-    if (line.find_first_not_of(" \t\r") == std::string_view::npos) {
-      cells += std::exchange(columns, 0) * std::exchange(lines, 0);
-    }
-    columns = std::max(columns, static_cast<std::size_t>(std::ranges::count(line, '|')));
-    if (columns > 0) ++lines;
-    text.remove_prefix(std::min(text.size(), line.size() + 1));
-  }
-  bool const isReadable = columns <= mostColumns && cells + columns * lines <= mostCells;
-  return isReadable ? Tables::asGrid : Tables::asText;
-}
-
 MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
   ensureRegistered();
+  auto const cost = ReadingCost::of(text);
+  if (!cost.canRead) return MarkdownDocument(asItStands(text));
   std::unique_ptr<cmark_parser, decltype(&cmark_parser_free)> const parser(
       cmark_parser_new(options), cmark_parser_free);
-  for (auto const* name : {"autolink", "strikethrough", "tagfilter", "tasklist"})
-    attach(*parser, name);
-  if (tables == Tables::asGrid) attach(*parser, "table");
+  if (cost.canReadAutolinks) attach(*parser, "autolink");
+  for (auto const* name : {"strikethrough", "tagfilter", "tasklist"}) attach(*parser, name);
+  if (tables == Tables::asGrid && cost.canReadTables) attach(*parser, "table");
   cmark_parser_feed(parser.get(), text.data(), text.size());
   return MarkdownDocument(cmark_parser_finish(parser.get()));
 }

@@ -16,8 +16,8 @@ class MarkdownDocument {
  public:
   enum class Tables { asText, asGrid };
 
-  static MarkdownDocument parse(std::string_view text) { return parse(text, tablesOf(text)); }
-  static MarkdownDocument parse(std::string_view text, Tables tables);
+  /// What cannot be read in reasonable time and room stays the text that it is.
+  static MarkdownDocument parse(std::string_view text, Tables tables = Tables::asGrid);
 
   /// Writes a tree back. What a node cannot hold by the rules of cmark-gfm is left out.
   explicit MarkdownDocument(MarkdownContent const& content);
@@ -27,9 +27,6 @@ class MarkdownDocument {
   [[nodiscard]] std::string plainText() const;
 
  private:
-  /// Whether the tables of a text are grids or stay the text that they are.
-  static Tables tablesOf(std::string_view text);
-
   struct Free {
     void operator()(cmark_node* node) const;
   };

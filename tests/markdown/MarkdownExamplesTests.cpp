@@ -7,6 +7,7 @@
 #include <regex>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "markdown/MarkdownDocument.hpp"
@@ -64,11 +65,10 @@ TEST_P(Examples, KeepTheirTextAndSurviveBeingWrittenBack) {
 INSTANTIATE_TEST_SUITE_P(Markdown, Examples, testing::Values("commonmark.txt", "gfm.txt"));
 
 TEST(DeepMarkdown, IsReadComparedWrittenAndEndedWithoutRecursion) {
-  constexpr std::size_t depth = 10'000;
-  for (auto const& markdown :
-       {repeated(depth, "> ") + "a", repeated(depth, "*a **b ") + repeated(depth, "c** d*"),
-        repeated(depth, "[") + "a" + repeated(depth, "](b)"), repeated(depth, "- ") + "a",
-        repeated(depth, "[a](b"), repeated(depth, "**x *y ")}) {
+  constexpr std::size_t depth = 7000;
+  for (auto const& markdown : {repeated(depth, "*a **b ") + repeated(depth, "c** d*"),
+                               repeated(depth, "[") + "a" + repeated(depth, "](b)"),
+                               repeated(depth, "[a](b"), repeated(depth, "**x *y ")}) {
     auto const content = MarkdownContent(markdown);
     EXPECT_TRUE(MarkdownContent(markdown) == content);
     EXPECT_TRUE(MarkdownDocument(content).content() == content);
@@ -76,34 +76,69 @@ TEST(DeepMarkdown, IsReadComparedWrittenAndEndedWithoutRecursion) {
 }
 
 TEST(DeepMarkdown, DiffersWhereItsInnermostNodeDiffers) {
-  auto const quotes = repeated(20'000, "> ");
-  EXPECT_FALSE(MarkdownContent(quotes + "a") == MarkdownContent(quotes + "b"));
-  EXPECT_TRUE(MarkdownContent(quotes + "a") == MarkdownContent(quotes + "a"));
-}
-
-TEST(WideMarkdown, IsAGridOnlyWhileItCanBeRead) {
-  auto const isTable = [](std::size_t columns, std::size_t rows) {
-    auto const header = repeated(columns, "|a") + "|\n" + repeated(columns, "|-") + "|\n";
-    auto const content = MarkdownContent(header + repeated(rows, "|b\n"));
-    return std::holds_alternative<BlockNode::table>(content.blocks[0].value);
+  auto const quotes = [](char const* innermost) {
+    Children<BlockNode> blocks = {BlockNode::paragraph{{InlineNode::text{innermost}}}};
+    for (int i = 0; i < 100'000; ++i) blocks = {BlockNode::blockquote{std::move(blocks)}};
+    return MarkdownContent(std::move(blocks));
   };
-  EXPECT_TRUE(isTable(900, 20));
-  EXPECT_FALSE(isTable(10'000, 20));
-  EXPECT_FALSE(isTable(900, 20'000));
+  EXPECT_TRUE(MarkdownDocument(quotes("a")).content() == quotes("a"));
+  EXPECT_FALSE(quotes("a") == quotes("b"));
 }
 
-TEST(WideMarkdown, MayHaveATableAmongManyOtherLines) {
-  auto const prose = repeated(2000, "a\n\n") + repeated(4000, "b\n") + "\n";
-  auto const table = repeated(50, "|a") + "|\n" + repeated(50, "|-") + "|\n\n";
+bool isText(MarkdownContent const& content) {
+  return std::ranges::all_of(content.blocks, [](BlockNode const& block) {
+    auto const* paragraph = std::get_if<BlockNode::paragraph>(&block.value);
+    return paragraph && std::ranges::all_of(paragraph->content, [](InlineNode const& node) {
+             return std::holds_alternative<InlineNode::text>(node.value) ||
+                    std::holds_alternative<InlineNode::softBreak>(node.value) ||
+                    std::holds_alternative<InlineNode::lineBreak>(node.value);
+           });
+  });
+}
+
+/// What is read in the square of its length stays the text that it is, once it is long.
+TEST(CostlyMarkdown, StaysText) {
+  constexpr std::size_t many = 30'000;
+  auto const paragraph = repeated(many, "a\n");
+  for (auto const& costly :
+       {repeated(many, "a<?"), repeated(many, "a<![CDATA["), repeated(many, "![[]()"),
+        repeated(many, "*a") + repeated(many, "[a](b)"), repeated(many, ">"),
+        repeated(many, "- ") + "a", repeated(many, "1. ") + repeated(many, "\r\n"),
+        "http://a.b" + repeated(many, ")"), repeated(many, "_www."), paragraph + "|a|\n|-|\n",
+        paragraph + "|a|\r|-|\r", repeated(many, "a\n|-|-|\n"), "|a|\n|-|\n" + repeated(many, "|"),
+        repeated(many, "|a") + "|\n" + repeated(many, "|-") + "|\n"}) {
+    EXPECT_TRUE(isText(MarkdownContent(costly))) << costly.substr(0, 20);
+    // The text around it stays as it is written.
+    EXPECT_TRUE(
+        MarkdownDocument::parse("a\n\nb\nc \n\n" + costly).plainText().starts_with("a\n\nb"));
+  }
+}
+
+/// The short rows of a wide table are filled up.
+TEST(CostlyMarkdown, IsNoTableOfMoreCellsThanItsTextHas) {
+  auto const isTable = [](char const* row) {
+    auto const header = repeated(450, "|a") + "|\n" + repeated(450, "|-") + "|\n";
+    return !isText(MarkdownContent(header + repeated(2400, row)));
+  };
+  EXPECT_FALSE(isTable("b\n"));
+  EXPECT_FALSE(isTable("b\r"));
+}
+
+TEST(CostlyMarkdown, LeavesTablesAndLinksOfLongTextsAlone) {
   auto const hasTable = [](std::string const& markdown) {
-    auto const isTable = [](BlockNode const& block) {
+    return std::ranges::any_of(MarkdownContent(markdown).blocks, [](BlockNode const& block) {
       return std::holds_alternative<BlockNode::table>(block.value);
-    };
-    return std::ranges::any_of(MarkdownContent(markdown).blocks, isTable);
+    });
   };
-  EXPECT_TRUE(hasTable(prose + table + prose));
-  EXPECT_FALSE(hasTable(repeated(
-      300, repeated(50, "|a") + "|\n" + repeated(50, "|-") + "|\n" + repeated(20, "b\n") + "\n")));
+  auto const table = [](std::size_t columns, std::size_t rows) {
+    return repeated(columns, "|a") + "|\n" + repeated(columns, "|-") + "|\n" +
+           repeated(rows, repeated(columns, "|b") + "|\n") + "\n";
+  };
+  auto const prose = repeated(2000, "a [b](c) *d*\n\n") + repeated(1000, "- [ ] b\n") + "\n";
+  auto const code = "```\n" + repeated(100, repeated(5000, "|") + "\n") + "```\n\n";
+  EXPECT_TRUE(hasTable(prose + code + table(50, 4500) + prose));
+  EXPECT_TRUE(hasTable(code + table(900, 20)));
+  EXPECT_FALSE(isText(MarkdownContent(repeated(500, "字www.a.org，") + "\n\nwww.a.org")));
 }
 
 }  // namespace
