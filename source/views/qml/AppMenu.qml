@@ -9,6 +9,8 @@ T.Menu {
 
     required property MenuStore store
 
+    x: parent ? parent.width - width : 0
+    y: -height - Theme.space1
     implicitWidth: 200
     implicitHeight: contentHeight + topPadding + bottomPadding
     padding: Theme.space1

@@ -2,16 +2,18 @@
 import QtQuick
 import VEK
 
-// A count on red. It keeps showing the last one while it goes.
+// How many transcripts have no customer, on red. It keeps showing the last count while it goes.
 Rectangle {
     id: badge
 
-    required property int count
+    required property TranscriptsListStore store
+    readonly property int count: store.unassignedCount
     property int shownCount: 0
     readonly property alias label: number.text
     onCountChanged: if (count > 0) shownCount = count
     Component.onCompleted: shownCount = count
 
+    objectName: "badge"
     implicitWidth: Math.max(number.implicitWidth + Theme.space2, implicitHeight)
     implicitHeight: number.implicitHeight + 2
     radius: implicitHeight / 2

@@ -18,22 +18,20 @@ Item {
         NumberAnimation { duration: Theme.smooth; easing.type: Easing.OutCubic }
     }
 
-    /// Whether the cards hide all of `part` of a view in the main area, which is then out of reach
+    /// One of the views of the main area. Cards that hide all of its button put that out of reach
     /// for the keyboard too.
-    function isCovered(shown: Item, part: Item): bool {
-        const top = (mainArea.height - permissionsCard.stackHeight) / 2;
-        const y = shown.y + part.y;
-        return y >= top && y + part.height <= mainArea.height - top;
-    }
+    component MainView: Part {
+        required property real coverHeight
+        readonly property Item button: (item as ButtonColumn)?.button ?? null
 
-    component ErrorCard: ErrorView {
-        /// How high the cards are that lie above this one.
-        property real coverHeight: 0
-        readonly property real stackHeight: Math.max(visible ? height : 0, coverHeight)
+        function isCovered(): bool {
+            const middle = y + button.y + button.height / 2 - parent.height / 2;
+            return Math.abs(middle) + button.height / 2 <= coverHeight / 2;
+        }
 
-        anchors.centerIn: parent
+        anchors.verticalCenter: parent.verticalCenter
         width: parent.width
-        enabled: height > coverHeight
+        enabled: !button || !isCovered()
     }
 
     Item {
@@ -42,75 +40,38 @@ Item {
         width: parent.width
         height: 160
 
-        LoginView {
-            id: loginView
-
+        MainView {
             objectName: "loginView"
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
-            enabled: !view.isCovered(loginView, loginView.button)
+            coverHeight: cards.implicitHeight
             visible: !view.store.session.hasCredentials
-            store: view.store.session
+            view: "LoginView.qml"
+            properties: ({ store: view.store.session })
         }
-        PermissionsView {
-            id: permissionsView
-
+        MainView {
             objectName: "permissionsView"
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
-            enabled: !view.isCovered(permissionsView, permissionsView.button)
+            coverHeight: cards.implicitHeight
             visible: view.store.session.hasCredentials
                      && !view.store.permissions.hasRecordingPermissions
-            store: view.store.permissions
+            view: "PermissionsView.qml"
+            properties: ({ store: view.store.permissions })
         }
-        RecordingView {
-            id: recordingView
-
+        MainView {
             objectName: "recordingView"
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width
-            enabled: !view.isCovered(recordingView, recordingView.button)
+            coverHeight: cards.implicitHeight
             visible: view.store.session.hasCredentials
                      && view.store.permissions.hasRecordingPermissions
-            recordingStore: view.store.recording
-            transcriptsStore: view.store.transcripts
+            view: "RecordingView.qml"
+            properties: ({ recordingStore: view.store.recording,
+                           transcriptsStore: view.store.transcripts })
         }
+        Part {
+            id: cards
 
-        ErrorCard {
-            id: permissionsCard
-
-            objectName: "permissionsError"
-            coverHeight: recordingCard.stackHeight
-            visible: view.store.permissions.hasError
-            error: view.store.permissions.error
-            onDismiss: view.store.permissions.dismissErrorButtonClicked()
-        }
-        ErrorCard {
-            id: recordingCard
-
-            objectName: "recordingError"
-            coverHeight: sessionCard.stackHeight
-            visible: view.store.recording.hasError
-            error: view.store.recording.error
-            onDismiss: view.store.recording.dismissErrorButtonClicked()
-        }
-        ErrorCard {
-            id: sessionCard
-
-            objectName: "sessionError"
-            coverHeight: transcriptsCard.stackHeight
-            visible: view.store.session.hasError
-            error: view.store.session.error
-            onDismiss: view.store.session.dismissErrorButtonClicked()
-        }
-        ErrorCard {
-            id: transcriptsCard
-
-            objectName: "transcriptsError"
-            visible: view.store.transcripts.hasError
-            error: view.store.transcripts.error
-            dismissText: qsTr("Try again")
-            onDismiss: view.store.transcripts.refetchContentButtonClicked()
+            anchors.fill: parent
+            visible: view.store.permissions.hasError || view.store.recording.hasError
+                     || view.store.session.hasError || view.store.transcripts.hasError
+            view: "ErrorCards.qml"
+            properties: ({ store: view.store })
         }
     }
 
@@ -138,14 +99,15 @@ Item {
             height: 1
             color: Theme.divider
         }
-        ListPanel {
+        Part {
             id: list
 
             objectName: "listPanel"
             y: divider.height + (1 - view.reveal) * height
             width: parent.width
             height: 180
-            store: view.store.transcripts
+            view: "ListPanel.qml"
+            properties: ({ store: view.store.transcripts })
         }
     }
 }

@@ -17,6 +17,7 @@ CustomGroupModifier {
     Accessible.role: Accessible.AlertMessage
     Accessible.name: error
     onVisibleChanged: if (visible) appearance.restart()
+    Component.onCompleted: if (visible) appearance.restart()
 
     NumberAnimation {
         id: appearance

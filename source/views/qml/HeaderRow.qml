@@ -17,24 +17,24 @@ Item {
     IconButton {
         id: listButton
 
+        readonly property int count: row.store.transcripts.unassignedCount
+
         objectName: "listButton"
         anchors.left: parent.left
         anchors.leftMargin: -row.overhang
         symbol: "list-ul"
         text: row.isShowingList ? qsTr("Hide transcripts") : qsTr("Show transcripts")
         visible: row.store.session.hasCredentials
-        Accessible.description: badge.count > 0
-            ? qsTr("%n transcripts without a customer", "", badge.count) : ""
+        Accessible.description: count > 0
+            ? qsTr("%n transcripts without a customer", "", count) : ""
         onClicked: row.isShowingList = !row.isShowingList
 
-        Badge {
-            id: badge
-
-            objectName: "badge"
+        Part {
             anchors.centerIn: parent
             anchors.horizontalCenterOffset: 12
             anchors.verticalCenterOffset: -12
-            count: row.store.transcripts.unassignedCount
+            view: "Badge.qml"
+            properties: ({ store: row.store.transcripts })
         }
     }
 

@@ -2,12 +2,12 @@
 import QtQuick
 import VEK
 
-Column {
+ButtonColumn {
     id: view
 
     required property SessionStore store
-    readonly property alias button: button
 
+    button: loginButton
     spacing: Theme.space2
 
     Image {
@@ -25,7 +25,7 @@ Column {
     }
 
     ProminentButton {
-        id: button
+        id: loginButton
 
         objectName: "loginButton"
         anchors.horizontalCenter: parent.horizontalCenter

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Templates as T
 import VEK
 
 // Three dots on a disc; opens the program's menu.
@@ -7,16 +8,21 @@ BaseButton {
     id: button
 
     required property MenuStore store
-    readonly property alias menu: menu
+    /// Made when it is first opened.
+    property T.Menu menu: null
 
     objectName: "menuButton"
     implicitWidth: Theme.control
     text: qsTr("Menu")
     ground.radius: height / 2
     ground.ringDistance: 0
-    ground.isPressed: down || menu.visible
+    ground.isPressed: down || (menu?.visible ?? false)
     Accessible.role: Accessible.ButtonMenu
-    onClicked: menu.visible ? menu.close() : menu.open()
+    onClicked: {
+        if (!menu) menu = Qt.createComponent("AppMenu.qml").createObject(button, { store: store });
+        if (menu.visible) menu.close();
+        else menu.open();
+    }
 
     contentItem: Item {
         Rectangle {
@@ -34,13 +40,5 @@ BaseButton {
                 color: Theme.window
             }
         }
-    }
-
-    AppMenu {
-        id: menu
-
-        store: button.store
-        x: button.width - width
-        y: -height - Theme.space1
     }
 }

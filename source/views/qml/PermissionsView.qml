@@ -2,11 +2,12 @@
 import QtQuick
 import VEK
 
-Column {
+ButtonColumn {
     id: view
 
     required property PermissionsStore store
-    readonly property alias button: button
+
+    button: permissionsButton
 
     Item {
         width: parent.width
@@ -33,7 +34,7 @@ Column {
     }
 
     ProminentButton {
-        id: button
+        id: permissionsButton
 
         objectName: "permissionsButton"
         anchors.horizontalCenter: parent.horizontalCenter

@@ -2,17 +2,17 @@
 import QtQuick
 import VEK
 
-Column {
+ButtonColumn {
     id: view
 
     required property RecordingStore recordingStore
     required property TranscriptsListStore transcriptsStore
-    readonly property alias button: button
 
+    button: recordButton
     spacing: 10
 
     BaseButton {
-        id: button
+        id: recordButton
 
         objectName: "recordButton"
         anchors.horizontalCenter: parent.horizontalCenter

@@ -36,7 +36,7 @@ TestCase {
     }
 
     function shown(names: var): var {
-        return names.filter(name => part(name).visible);
+        return names.filter(name => part(name)?.visible);
     }
 
     function test_oneOfThreeViewsIsShown_data() {
@@ -52,6 +52,23 @@ TestCase {
         app.show(row.facts);
         compare(shown(["loginView", "permissionsView", "recordingView"]), [row.view]);
         compare(part("listButton").visible, row.facts.loggedIn === true);
+    }
+
+    Component {
+        id: another
+
+        ContentView { store: app.store }
+    }
+
+    function test_onlyWhatIsSeenIsMade() {
+        const fresh = createTemporaryObject(another, test);
+        const made = () => ["loginButton", "recordButton", "sessionError", "transcripts"].filter(
+            name => findChild(fresh, name) !== null);
+        compare(made(), ["loginButton"]);
+        app.show({ loggedIn: true, permitted: true });
+        compare(made(), ["loginButton", "recordButton"]);
+        app.show({ sessionError: "a" });
+        compare(made(), ["loginButton", "recordButton", "sessionError"]);
     }
 
     function test_aPressSendsWhatTheUserDid_data() {
@@ -74,13 +91,14 @@ TestCase {
     }
 
     function test_theMenuOpensAndClosesByItsButtonAndHearsItsKeys() {
-        const button = part("menuButton"), menu = button.menu;
+        const button = part("menuButton");
         test.Window.window.requestActivate();
         tryCompare(test.Window, "active", true);
         for (const isOpen of [true, false, true]) {
             mouseClick(button);
-            tryCompare(menu, isOpen ? "opened" : "visible", isOpen);
+            tryCompare(button.menu, isOpen ? "opened" : "visible", isOpen);
         }
+        const menu = button.menu;
         keyClick(Qt.Key_Comma, Qt.ControlModifier);
         tryCompare(menu, "visible", false);
         mouseClick(button);
@@ -219,8 +237,8 @@ TestCase {
     }
 
     function test_theBadgeCountsTranscriptsWithoutACustomer() {
-        const badge = part("badge");
         app.show({ loggedIn: true, permitted: true, transcripts: 3 });
+        const badge = part("badge");
         compare(badge.visible, false);
         app.show({ loggedIn: true, permitted: true, transcripts: 1200, unassigned: 1100 });
         tryCompare(badge, "opacity", 1);

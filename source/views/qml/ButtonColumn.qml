@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+// Views below one another, of which one is a button.
+Column {
+    property Item button
+}
