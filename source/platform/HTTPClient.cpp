@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HTTPClient.hpp"
 
-#include <curl/curl.h>
 #include <pthread.h>
 
 #include <algorithm>
@@ -17,6 +16,7 @@
 
 #include "platform/Deployment.hpp"
 #include "platform/HTTPError.hpp"
+#include "platform/HTTPLibrary.hpp"
 #include "platform/HTTPTransfer.hpp"
 #include "runtime/CallbackOperation.hpp"
 
@@ -33,18 +33,20 @@ std::string origin(std::string_view url) {
   return std::string(url.substr(0, std::min(url.find_first_of("/?#", begin), url.size())));
 }
 
-/// The thread that does all exchanges of one client. Exchanges that wait for a connection wait
-/// here rather than in the library, where their time would run already.
+CURLM* openMulti() {
+  static std::once_flag once;
+  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+  CURLM* multi = curl_multi_init();
+  if (!multi) throw std::bad_alloc();
+  curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, connectionsPerHost);
+  return multi;
+}
+
+/// The thread that does all exchanges of one client, from the first of them on. Exchanges that wait
+/// for a connection wait here rather than in the library, where their time would run already.
 class Transport {
  public:
-  explicit Transport(HTTPClient::Options options) : options_(std::move(options)) {
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-    multi_ = curl_multi_init();
-    if (!multi_) throw std::bad_alloc();
-    curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, connectionsPerHost);
-    thread_ = std::thread([this] { run(); });
-  }
+  explicit Transport(HTTPClient::Options options) : options_(std::move(options)) {}
   Transport(Transport const&) = delete;
   Transport& operator=(Transport const&) = delete;
   ~Transport() {
@@ -52,7 +54,8 @@ class Transport {
       std::lock_guard const lock(mutex_);
       stopping_ = true;
     }
-    curl_multi_wakeup(multi_);
+    if (!thread_.joinable()) return;
+    wake();
     thread_.join();
     for (auto const& [id, exchange] : active_) {
       curl_multi_remove_handle(multi_, exchange.transfer->handle());
@@ -67,8 +70,9 @@ class Transport {
     std::unique_lock lock(mutex_);
     bool const isFirst = begun_.empty() && cancelled_.empty();
     begun_.emplace(id, Waiting{std::move(request), std::move(completion)});
+    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     lock.unlock();
-    if (isFirst) curl_multi_wakeup(multi_);
+    if (isFirst) wake();
   }
 
   void cancel(std::uint64_t id) {
@@ -76,7 +80,7 @@ class Transport {
     bool const isFirst = begun_.empty() && cancelled_.empty();
     cancelled_.push_back(id);
     lock.unlock();
-    if (isFirst) curl_multi_wakeup(multi_);
+    if (isFirst) wake();
   }
 
  private:
@@ -100,10 +104,16 @@ class Transport {
     Lane* lane;
   };
 
+  /// What comes before there is something to wake is found when it first looks.
+  void wake() {
+    if (multi_) curl_multi_wakeup(multi_);
+  }
+
   void run() {
     sigset_t all;
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, nullptr);  // they are the main thread's
+    multi_ = openMulti();
     while (takeOver()) {
       for (auto& [server, lane] : lanes_) fill(lane);
       int running = 0;
@@ -186,7 +196,7 @@ class Transport {
   }
 
   HTTPClient::Options const options_;
-  CURLM* multi_ = nullptr;
+  std::atomic<CURLM*> multi_ = nullptr;
   std::atomic<std::uint64_t> lastID_ = 0;
 
   std::mutex mutex_;

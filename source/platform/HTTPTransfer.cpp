@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HTTPTransfer.hpp"
 
-#include <curl/curl.h>
 #include <fmt/format.h>
 #include <openssl/ssl.h>
 
 #include <new>
 
 #include "platform/HTTPError.hpp"
+#include "platform/HTTPLibrary.hpp"
 #include "platform/ProxySettings.hpp"
 #include "platform/TrustedCertificates.hpp"
 
