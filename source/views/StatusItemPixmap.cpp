@@ -1,29 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "views/StatusItemPixmap.hpp"
 
-#include <QImageReader>
+#include <QImage>
 #include <QPainter>
 #include <QtEndian>
 
 #include <array>
 
+#include "views/SymbolPath.hpp"
+
 namespace vek {
 
 namespace {
 
+/// Of the drawing.
+constexpr double side = 22;
 /// For screens at scale 1 and 2.
 constexpr std::array<int, 4> sizes = {22, 24, 44, 48};
 /// Of the product's mark. It stands out on a light panel as on a dark one, and which of them there
 /// is nobody tells.
 constexpr QColor colour(0x6d, 0x6a, 0xf5);
 
-QImage drawn(QString const& file, int size) {
-  QImageReader reader(file);
-  reader.setScaledSize({size, size});
-  auto image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+QImage drawn(QPainterPath const& symbol, int size) {
+  QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
   QPainter painter(&image);
-  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-  painter.fillRect(image.rect(), colour);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(size / side, size / side);
+  painter.fillPath(symbol, colour);
   painter.end();
   return image.convertToFormat(QImage::Format_ARGB32);
 }
@@ -45,9 +49,10 @@ QDBusArgument const& operator>>(QDBusArgument const& argument, StatusItemPixmap&
 }
 
 StatusItemPixmaps statusItemPixmaps(QString const& file) {
+  auto const symbol = symbolPath(file);
   StatusItemPixmaps pixmaps;
   for (int const size : sizes) {
-    auto const image = drawn(file, size);
+    auto const image = drawn(symbol, size);
     QByteArray pixels(image.sizeInBytes(), Qt::Uninitialized);
     qToBigEndian<quint32>(image.constBits(), image.sizeInBytes() / qsizetype(sizeof(quint32)),
                           pixels.data());

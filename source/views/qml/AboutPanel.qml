@@ -34,11 +34,8 @@ Window {
         width: parent.width
         spacing: Theme.space1
 
-        Image {
+        Mark {
             anchors.horizontalCenter: parent.horizontalCenter
-            source: "qrc:/qt/qml/VEK/images/vek.svg"
-            sourceSize.width: 70
-            sourceSize.height: 70
             Accessible.role: Accessible.Graphic
             Accessible.name: "VEK"
         }

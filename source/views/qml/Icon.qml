@@ -1,19 +1,12 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Controls.impl
 import VEK
 
-// A symbol of the family, tinted. `symbol` is the name of a file in icons/.
-IconImage {
-    id: icon
-
-    required property string symbol
+// A symbol of the family, tinted.
+SymbolShape {
     property int size: Theme.symbol
 
-    source: "qrc:/qt/qml/VEK/icons/" + symbol + ".svg"
-    sourceSize.width: size
-    sourceSize.height: size
-    width: size
-    height: size
+    implicitWidth: size
+    implicitHeight: size
     color: Theme.primary
 }

@@ -10,11 +10,8 @@ ButtonColumn {
     button: loginButton
     spacing: Theme.space2
 
-    Image {
+    Mark {
         anchors.horizontalCenter: parent.horizontalCenter
-        source: "qrc:/qt/qml/VEK/images/vek.svg"
-        sourceSize.width: 70
-        sourceSize.height: 70
         Accessible.role: Accessible.Graphic
         Accessible.name: "VEK"
     }

@@ -34,14 +34,13 @@ Item {
         return "";
     }
 
-    Image {
+    Mark {
         id: mark
 
         x: Theme.space4
         y: Theme.space4
-        source: "qrc:/qt/qml/VEK/images/vek.svg"
-        sourceSize.width: 48
-        sourceSize.height: 48
+        width: 48
+        height: 48
         Accessible.ignored: true
     }
 
