@@ -32,6 +32,11 @@ class DocumentLayout {
   /// Blocks with images of which this is true are measured again.
   void imagesChanged(ImageCondition const& hasChanged);
 
+  [[nodiscard]] std::vector<DrawnBlock> const& blocks() const { return blocks_; }
+  /// Where the text of a block begins in that of the document.
+  [[nodiscard]] qsizetype startOf(std::size_t block) const {
+    return slices_[firstSlices_[block]].start;
+  }
   [[nodiscard]] MarkdownColors const& colors() const { return colors_; }
   /// Of what is measured so far.
   [[nodiscard]] qreal height() const;

@@ -122,6 +122,7 @@ void MarkdownPage::componentComplete() {
 void MarkdownPage::makeDocument() {
   auto const text = content_.toStdString();
   images_.clear();
+  accessibleDocument_.reset();
   layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
                              : BlockSequence::of(MarkdownContent(text), environment_));
   setSelection(0, 0);
@@ -132,6 +133,11 @@ void MarkdownPage::makeDocument() {
 
 QUrl MarkdownPage::urlOf(RawImageData const& image) const {
   return imageBaseURL_.resolved(QUrl(QString::fromStdString(image.source)));
+}
+
+AccessibleDocument& MarkdownPage::accessibleDocument() {
+  if (!accessibleDocument_) accessibleDocument_ = std::make_unique<AccessibleDocument>(*this);
+  return *accessibleDocument_;
 }
 
 ShownImage MarkdownPage::shownImage(RawImageData const& image, ImagePlace place) {
@@ -237,6 +243,10 @@ void MarkdownPage::showFound() {
   update();
   if (foundIndex_ < 0) return;
   auto const [from, to] = found_[static_cast<std::size_t>(foundIndex_)];
+  reveal(from, to);
+}
+
+void MarkdownPage::reveal(qsizetype from, qsizetype to) {
   layout_.reveal(from, to);
   auto const rects = layout_.rectsOf(from, to);
   measured();
@@ -287,7 +297,11 @@ void MarkdownPage::mouseReleaseEvent(QMouseEvent* event) {
   bool const isClick = event->button() == Qt::LeftButton && anchor_ == cursor_;
   auto const link = layout_.linkAt(inDocument(event->position()));
   if (!isClick || !link || pressedLink_ != QString::fromStdString(*link)) return;
-  auto const url = allowedLink(baseURL_, pressedLink_);
+  follow(*link);
+}
+
+void MarkdownPage::follow(std::string const& destination) {
+  auto const url = allowedLink(baseURL_, QString::fromStdString(destination));
   if (url.isValid()) Q_EMIT linkActivated(url);
 }
 

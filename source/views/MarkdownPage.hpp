@@ -8,10 +8,13 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "markdown/MarkdownEnvironment.hpp"
+#include "views/AccessibleDocument.hpp"
 #include "views/DocumentImages.hpp"
 #include "views/DocumentLayout.hpp"
 
@@ -25,6 +28,8 @@ class MarkdownPage : public QQuickPaintedItem {
   /// A text, and whether it is Markdown.
   Q_PROPERTY(QString content READ content WRITE setContent NOTIFY contentChanged)
   Q_PROPERTY(bool isPlain MEMBER isPlain_ WRITE setIsPlain NOTIFY contentChanged)
+  /// What the text is, for those who do not see it.
+  Q_PROPERTY(QString title MEMBER title_ NOTIFY contentChanged)
   Q_PROPERTY(QVariantMap colors READ colors WRITE setColors NOTIFY colorsChanged)
   Q_PROPERTY(QUrl baseURL MEMBER baseURL_ NOTIFY baseURLChanged)
   /// Its theme and what else shapes it. Who wants another look changes a copy of the present one.
@@ -48,6 +53,9 @@ class MarkdownPage : public QQuickPaintedItem {
  public:
   explicit MarkdownPage(QQuickItem* parent = nullptr);
 
+  [[nodiscard]] DocumentLayout& layout() { return layout_; }
+  [[nodiscard]] AccessibleDocument& accessibleDocument();
+  [[nodiscard]] QString title() const { return title_; }
   [[nodiscard]] QString content() const { return content_; }
   [[nodiscard]] MarkdownEnvironment const& environment() const { return environment_; }
   [[nodiscard]] QVariantMap colors() const { return colors_; }
@@ -74,6 +82,14 @@ class MarkdownPage : public QQuickPaintedItem {
   void setViewHeight(qreal height);
   void setSearched(QString const& searched);
   void setFoundIndex(int index);
+  /// A range of the document's text.
+  using Range = std::pair<qsizetype, qsizetype>;
+  [[nodiscard]] Range selection() const;
+  void setSelection(qsizetype anchor, qsizetype cursor);
+  /// Asks for a range to be brought into view.
+  void reveal(qsizetype from, qsizetype to);
+  /// Goes where a link leads, if it leads anywhere.
+  void follow(std::string const& destination);
 
   Q_INVOKABLE void selectAll();
   Q_INVOKABLE void deselect();
@@ -114,27 +130,25 @@ class MarkdownPage : public QQuickPaintedItem {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  using Range = std::pair<qsizetype, qsizetype>;
-
   void makeDocument();
   void imageCame(QUrl const& url);
   [[nodiscard]] QUrl urlOf(RawImageData const& image) const;
   [[nodiscard]] ShownImage shownImage(RawImageData const& image, ImagePlace place);
   void measured();
-  void setSelection(qsizetype anchor, qsizetype cursor);
   void setHoveredLink(QString const& link);
   void find();
   void showFound();
-  [[nodiscard]] Range selection() const;
   [[nodiscard]] QPointF inDocument(QPointF point) const { return {point.x(), point.y() + scroll_}; }
 
   DocumentImages images_;
   DocumentLayout layout_;
+  std::unique_ptr<AccessibleDocument> accessibleDocument_;
   QTimer measuring_;
   MarkdownEnvironment environment_;
   ImageSource imageProvider_;
   ImageSource inlineImageProvider_;
   QString content_;
+  QString title_;
   bool isPlain_ = false;
   QVariantMap colors_;
   QUrl baseURL_;

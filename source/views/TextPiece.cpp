@@ -15,11 +15,6 @@ constexpr qreal unlimited = 1e6;
 constexpr qreal groundReach = 2;
 constexpr qreal groundRadius = 3;
 
-QString textOf(InlineRun const& run) {
-  bool const isUntitled = run.image && run.text.empty();
-  return isUntitled ? QString(QChar::ObjectReplacementCharacter) : documentText(run.text);
-}
-
 QTextCharFormat formatOf(InlineRun const& run, QFont const& font, MarkdownColors const& colors) {
   auto const& attributes = run.attributes;
   QTextCharFormat format;
@@ -45,6 +40,11 @@ QFont spacedFont(QFont font, qreal width) {
 QString documentText(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
       .replace(u'\n', QChar::LineSeparator);
+}
+
+QString textOf(InlineRun const& run) {
+  bool const isUntitled = run.image && run.text.empty();
+  return isUntitled ? QString(QChar::ObjectReplacementCharacter) : documentText(run.text);
 }
 
 QString textOf(std::vector<InlineRun> const& runs) {

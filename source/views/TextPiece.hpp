@@ -22,6 +22,7 @@ namespace vek {
 /// A text as the document has it, with one character for each break.
 [[nodiscard]] QString documentText(std::string_view text);
 
+[[nodiscard]] QString textOf(InlineRun const& run);
 /// That of runs, with one character for an image without a text.
 [[nodiscard]] QString textOf(std::vector<InlineRun> const& runs);
 

@@ -7,6 +7,8 @@
 
 #include <stdexcept>
 
+#include "views/AccessibleDocument.hpp"
+
 // Generated with the module. The call keeps it in programs that link the module statically.
 void qml_register_types_VEK();  // NOLINT(readability-identifier-naming)
 
@@ -25,6 +27,7 @@ void prepareViews() {
   font.setPixelSize(bodySize);
   QGuiApplication::setFont(font);
   qml_register_types_VEK();
+  AccessibleDocument::install();
 }
 
 std::unique_ptr<QQmlEngine> makeEngine() {
@@ -37,10 +40,9 @@ std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine& engine, QString const& name
                                          QVariantMap const& properties) {
   QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/VEK/%1.qml").arg(name)));
   std::unique_ptr<QObject> made(component.createWithInitialProperties(properties));
-  auto* window = qobject_cast<QQuickWindow*>(made.get());
-  if (!window) throw std::runtime_error(component.errorString().toStdString());
-  static_cast<void>(made.release());
-  return std::unique_ptr<QQuickWindow>(window);
+  if (!qobject_cast<QQuickWindow*>(made.get()))
+    throw std::runtime_error(component.errorString().toStdString());
+  return std::unique_ptr<QQuickWindow>(static_cast<QQuickWindow*>(made.release()));
 }
 
 }  // namespace vek

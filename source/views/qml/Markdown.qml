@@ -12,6 +12,7 @@ Item {
     property alias baseURL: page.baseURL
     property alias imageBaseURL: page.imageBaseURL
     property alias plainText: page.plainText
+    property alias title: page.title
     property alias page: page
     property real viewTop: 0
     property real viewHeight: height
@@ -19,13 +20,12 @@ Item {
     signal linkActivated(url link)
 
     implicitHeight: page.documentHeight
-    Accessible.role: Accessible.StaticText
-    Accessible.name: page.plainText
 
     MarkdownPage {
         id: page
 
         objectName: "page"
+        Accessible.role: Accessible.Document
         y: Math.max(0, Math.min(markdown.viewTop, markdown.height - height))
         scroll: y
         width: markdown.width

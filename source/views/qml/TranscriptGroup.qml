@@ -9,6 +9,7 @@ Item {
     required property Flickable view
     property alias text: markdown.content
     property alias isPlain: markdown.isPlain
+    property alias title: markdown.title
     property alias markdown: markdown
     default property alias overlay: box.data
     /// Of what stands in place of the text.

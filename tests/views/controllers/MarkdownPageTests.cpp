@@ -2,6 +2,7 @@
 #include "views/MarkdownPage.hpp"
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 
 namespace vek {
 namespace {
@@ -49,6 +50,80 @@ TEST_F(MarkdownPageTest, IsDrawnAnewInAnotherEnvironment) {
   page.setEnvironment(environment);
   EXPECT_EQ(page.plainText(), QStringLiteral("upper\nlower\n\nend"));
   EXPECT_GT(heightOf("end"), 1.5 * before);
+}
+
+/// A line `role: name` for each thing, further in the deeper it stands.
+QString readAloud(QAccessibleInterface& thing, int depth = 0) {
+  auto const name = thing.text(QAccessible::Name);
+  auto const description = thing.text(QAccessible::Description);
+  auto read = QString(depth, u' ') + QString::fromLatin1(qAccessibleRoleString(thing.role()));
+  if (!name.isEmpty()) read += QStringLiteral(": ") + name;
+  if (!description.isEmpty()) read += QStringLiteral(" (%1)").arg(description);
+  if (thing.state().checkable)
+    read += thing.state().checked ? QStringLiteral(" ☑") : QStringLiteral(" ☐");
+  read += u'\n';
+  for (int i = 0; i < thing.childCount(); ++i) {
+    EXPECT_EQ(thing.child(i)->parent(), &thing);
+    EXPECT_EQ(thing.indexOfChild(thing.child(i)), i);
+    read += readAloud(*thing.child(i), depth + 1);
+  }
+  return read;
+}
+
+TEST_F(MarkdownPageTest, IsReadAloudAsItNests) {
+  show(
+      QStringLiteral("## Title\n\nOne [two **three**](https://a.org)\n\n- [x] done\n- [ ] open\n"
+                     "  1. first\n\n> said\n\n```\ncode\n```\n\n|a|b|\n|-|-|\n|c|[d](e)|\n\n"
+                     "![picture](f.png)\n\n---"));
+  EXPECT_EQ(readAloud(*QAccessible::queryAccessibleInterface(&page)).toStdString(), R"(Document
+ Heading: Title (Level 2)
+ Paragraph: One two three
+  Link: two three (https://a.org)
+ List
+  ListItem ☑
+   Paragraph: done
+  ListItem ☐
+   Paragraph: open
+   List
+    ListItem: 1.
+     Paragraph: first
+ Section (Quote)
+  Paragraph: said
+ Paragraph: code (Code)
+ Table
+  ColumnHeader: a
+  ColumnHeader: b
+  Cell: c
+  Cell: d
+   Link: d (e)
+ Graphic: picture
+ Separator
+ Paragraph: end
+)");
+}
+
+TEST_F(MarkdownPageTest, LetsThoseWhoDoNotSeeItReadWordsCellsAndLinks) {
+  show(QStringLiteral("One [two](https://a.org) three.\n\n|a|b|\n|-|-|\n|c|d|"));
+  auto& document = *QAccessible::queryAccessibleInterface(&page);
+  auto& paragraph = *document.child(0)->textInterface();
+  int from = 0, to = 0;
+  EXPECT_EQ(paragraph.textAtOffset(5, QAccessible::WordBoundary, &from, &to).trimmed(),
+            QStringLiteral("two"));
+  paragraph.setSelection(0, 4, 13);
+  EXPECT_EQ(page.property("selectedText"), QStringLiteral("two three"));
+  EXPECT_EQ(paragraph.selectionCount(), 1);
+  EXPECT_EQ(document.child(1)->child(0)->textInterface()->selectionCount(), 0);
+
+  auto& table = *document.child(1)->tableInterface();
+  EXPECT_EQ(table.rowCount() * 10 + table.columnCount(), 22);
+  EXPECT_EQ(table.cellAt(1, 1)->text(QAccessible::Name), QStringLiteral("d"));
+  EXPECT_EQ(table.columnDescription(1), QStringLiteral("b"));
+
+  QUrl followed;
+  QObject::connect(&page, &MarkdownPage::linkActivated, [&](QUrl const& url) { followed = url; });
+  auto& link = *document.child(0)->child(0)->actionInterface();
+  link.doAction(link.actionNames().value(0));
+  EXPECT_EQ(followed, QUrl(QStringLiteral("https://a.org")));
 }
 
 }  // namespace
