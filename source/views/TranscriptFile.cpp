@@ -3,32 +3,40 @@
 
 #include <QClipboard>
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace vek {
+
+QString TranscriptFile::folder() const {
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
 
 void TranscriptFile::copy(QString const& text) const {
   QGuiApplication::clipboard()->setText(text);
 }
 
-QString TranscriptFile::save(QString const& text, QString const& name,
-                             QString const& ending) const {
-  constexpr int mostTries = 1000;
-  QDir const folder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-  if (!folder.mkpath(QStringLiteral("."))) return {};
-  for (int i = 1; i < mostTries; ++i) {
-    auto const number = i == 1 ? QString() : QStringLiteral(" %1").arg(i);
-    QFile file(folder.filePath(QStringLiteral("%1%2.%3").arg(name, number, ending)));
-    if (file.exists()) continue;
-    constexpr auto own = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-    auto const bytes = text.toUtf8();
-    bool const isWritten = file.open(QIODevice::WriteOnly | QIODevice::NewOnly, own) &&
-                           file.write(bytes) == bytes.size() && file.flush();
-    return isWritten ? file.fileName() : QString();
-  }
-  return {};
+QString TranscriptFile::pathOf(QString const& name) const {
+  if (name.startsWith(u"~/")) return QDir::homePath() + name.mid(1);
+  return QDir::cleanPath(QDir(folder()).filePath(name));
+}
+
+bool TranscriptFile::exists(QString const& path) const {
+  return QFileInfo::exists(path);
+}
+
+QString TranscriptFile::write(QString const& text, QString const& path) const {
+  bool const isNew = !exists(path);
+  if (path == pathOf(QFileInfo(path).fileName())) QDir().mkpath(folder());
+  QSaveFile file(path);
+  auto const bytes = text.toUtf8();
+  bool const isOpen = file.open(QIODevice::WriteOnly);
+  // What was said in a call is nobody else's.
+  if (isOpen && isNew) file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+  bool const isWritten = isOpen && file.write(bytes) == bytes.size() && file.commit();
+  return isWritten ? QString() : file.errorString();
 }
 
 }  // namespace vek

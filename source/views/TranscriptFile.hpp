@@ -7,17 +7,24 @@
 
 namespace vek {
 
-/// Takes texts out of the program: to the clipboard, or to a file among the user's documents.
+/// Takes texts out of the program: to the clipboard, or to a file.
 class TranscriptFile : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON
+  /// Where the user's documents are.
+  Q_PROPERTY(QString folder READ folder CONSTANT)
 
  public:
+  [[nodiscard]] QString folder() const;
+
   Q_INVOKABLE void copy(QString const& text) const;
-  /// Writes a new file of that name and ending, with a number behind the name when there is one
-  /// already. Returns its path; an empty text when it could not be written.
-  Q_INVOKABLE QString save(QString const& text, QString const& name, QString const& ending) const;
+
+  /// The file that a user means by a name: in their documents unless it says otherwise.
+  Q_INVOKABLE [[nodiscard]] QString pathOf(QString const& name) const;
+  Q_INVOKABLE [[nodiscard]] bool exists(QString const& path) const;
+  /// Writes the whole text, or leaves what was there. Returns what kept it from being written.
+  Q_INVOKABLE [[nodiscard]] QString write(QString const& text, QString const& path) const;
 };
 
 }  // namespace vek

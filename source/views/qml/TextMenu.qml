@@ -69,12 +69,12 @@ T.Menu {
     }
     MenuDivider {}
     MenuEntry {
-        text: qsTr("Save as Markdown")
+        text: qsTr("Save as Markdown…")
         shortcut: "Ctrl+S"
         onTriggered: menu.saveMarkdown()
     }
     MenuEntry {
-        text: qsTr("Save as Text")
+        text: qsTr("Save as Text…")
         onTriggered: menu.saveText()
     }
 }

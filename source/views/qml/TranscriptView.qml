@@ -19,10 +19,8 @@ Item {
     }
 
     function save(text: string, ending: string) {
-        const name = qsTr("Transcript %1").arg(store.fileName);
-        const path = TranscriptFile.save(text, name, ending);
-        notice.show(path === "" ? qsTr("The file could not be written.")
-                                : qsTr("Saved as %1").arg(path));
+        saving.active = true;
+        (saving.item as SavePanel).save(text, qsTr("Transcript %1").arg(store.fileName), ending);
     }
 
     Item {
@@ -102,6 +100,7 @@ Item {
                          || view.store.analysisState === TextState.Error
                          || view.store.analysis !== ""
                 view: scroll
+                title: qsTr("Analysis")
                 text: view.store.analysis
                 markdown.visible: view.store.analysisState === TextState.Content
                 overlayHeight: Math.max(progress.height, failure.visible ? failure.implicitHeight : 0)
@@ -132,6 +131,7 @@ Item {
                 width: parent.width
                 view: scroll
                 isPlain: true
+                title: qsTr("Transcript")
                 text: view.store.text === "" ? qsTr("NO CONTENT") : view.store.text
                 onMenuRequested: (page, x, y) => menu.openOn(page, x, y)
             }
@@ -201,9 +201,25 @@ Item {
         link: analysis.markdown.page.hoveredLink
     }
 
+    // Made when something is saved for the first time.
+    Loader {
+        id: saving
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Theme.space6
+        width: Math.min(360, parent.width - 2 * Theme.space4)
+        active: false
+        sourceComponent: SavePanel {
+            objectName: "savePanel"
+            onSaved: path => notice.show(qsTr("Saved as %1").arg(path))
+            onFailed: error => notice.show(qsTr("The file could not be written: %1").arg(error))
+        }
+    }
+
     Notice {
         id: notice
 
+        objectName: "notice"
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.space4

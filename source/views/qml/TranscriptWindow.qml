@@ -15,6 +15,7 @@ Window {
     color: Theme.window
 
     TranscriptView {
+        objectName: "transcriptView"
         anchors.fill: parent
         store: window.store
     }

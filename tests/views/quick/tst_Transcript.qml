@@ -14,6 +14,7 @@ TestCase {
     visible: true
 
     ScriptedTranscript { id: transcript }
+    ScratchFolder { id: folder }
 
     TranscriptView {
         id: view
@@ -172,6 +173,43 @@ TestCase {
         compare(part("linkTarget").visible, true);
         mouseMove(page, page.width - 1, link.y + link.height / 2);
         tryCompare(part("linkTarget"), "visible", false);
+    }
+
+    function test_itIsKeptInAFileOfTheNameThatIsGiven() {
+        transcript.show(both);
+        keyClick(Qt.Key_S, Qt.ControlModifier);
+        tryVerify(() => part("savePanel")?.visible);
+        const field = part("saveName"), problem = part("saveProblem");
+        verify(/^Transcript 2024-10-04 .*\.md$/.test(field.text), field.text);
+        compare(field.selectedText + ".md", field.text, "the name is typed over, its ending stays");
+
+        field.text = folder.path + "/missing/a.md";
+        keyClick(Qt.Key_Return);
+        verify(problem.text !== "", "what went wrong is told");
+        compare(part("savePanel").visible, true);
+
+        field.text = folder.path + "/a.md";
+        keyClick(Qt.Key_Return);
+        compare(part("savePanel").visible, false);
+        compare(folder.read("a.md"), view.store.markdown());
+        tryCompare(part("notice"), "visible", true);
+
+        transcript.show({ text: "Other words", assigned: true });
+        keyClick(Qt.Key_S, Qt.ControlModifier);
+        tryCompare(part("savePanel"), "visible", true);
+        field.text = folder.path + "/a.md";
+        keyClick(Qt.Key_Return);
+        compare(part("saveButton").text, "Replace");
+        keyClick(Qt.Key_Escape);
+        compare(part("savePanel").visible, false);
+        verify(folder.read("a.md").includes("Said words"), "nothing is lost when it is given up");
+
+        keyClick(Qt.Key_S, Qt.ControlModifier);
+        tryCompare(part("savePanel"), "visible", true);
+        field.text = folder.path + "/a.md";
+        mouseClick(part("saveButton"));
+        mouseClick(part("saveButton"));
+        verify(folder.read("a.md").includes("Other words"));
     }
 
     function test_allOfItIsTakenAsMarkdownOrText() {

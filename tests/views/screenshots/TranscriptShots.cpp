@@ -94,6 +94,7 @@ std::vector<TranscriptShot> transcriptShots() {
       {"transcript-choose", with({})},
       {"transcript-assign", with({{"selected", 0}}), {480, 640}},
       {"transcript-assigning", with({{"selected", 0}, {"assigning", true}})},
+      {"transcript-save", with({{"assigned", true}}), {400, 400}, true},
       {"transcript-narrow",
        {{"text", said}, {"analysis", allBlocks}, {"assigned", true}},
        {300, 900}},

@@ -14,6 +14,7 @@ struct TranscriptShot {
   QString name;
   QVariantMap facts;
   QSize size = {400, 400};
+  bool isSaving = false;
 };
 
 /// Every state, and an analysis with each kind of block.

@@ -173,6 +173,10 @@ void takeTranscripts(QQmlEngine& engine, Camera const& camera) {
                                         {{"store", QVariant::fromValue(transcript.store())}});
     window->resize(shot.size);
     window->show();
+    if (shot.isSaving) {
+      QMetaObject::invokeMethod(window->findChild<QObject*>("transcriptView"), "save",
+                                Q_ARG(QString, {}), Q_ARG(QString, "md"));
+    }
     camera.take(*window, shot.name);
   }
 }
