@@ -23,6 +23,9 @@ class UserDefaults {
   /// Those of the user who runs this process.
   static UserDefaults& standard();
 
+  /// Replaced as a whole at each change.
+  [[nodiscard]] std::filesystem::path const& file() const { return file_; }
+
   /// The stored text, or else the registered one. A file that cannot be read, which the log tells
   /// once, counts as empty.
   [[nodiscard]] std::optional<std::string> string(std::string_view key) const;

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
+#include <QFileSystemWatcher>
 #include <QObject>
 
 namespace vek {
 
-/// The stored choice of the recogniser, to be read and changed by a view.
+/// The stored choice of the recogniser, to be read and changed by a view. Other programs of the user
+/// change it too, which is told like a change by the view.
 class RecognitionProviderReference : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -18,12 +20,20 @@ class RecognitionProviderReference : public QObject {
   enum Provider { Apple, Deepgram };
   Q_ENUM(Provider)
 
-  [[nodiscard]] int value() const;
+  RecognitionProviderReference();
+
+  [[nodiscard]] int value() const { return value_; }
   /// Stores the choice at once. Without a place to store it the log tells why, and it stays as it
   /// was.
   void setValue(int value);
 
   Q_SIGNAL void valueChanged();
+
+ private:
+  void read();
+
+  int value_;
+  QFileSystemWatcher settings_;
 };
 
 }  // namespace vek

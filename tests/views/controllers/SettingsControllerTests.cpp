@@ -128,7 +128,7 @@ TEST_F(SettingsControllerTests, ClosingIsToldAndTheNextShowingBeginsWithGeneralA
   EXPECT_EQ(*closes, 1);
 }
 
-TEST_F(SettingsControllerTests, TheChoiceIsStoredAtOnceWithItsNote) {
+TEST_F(SettingsControllerTests, TheChoiceIsStoredAtOnceAndFollowsOtherPrograms) {
   clickSettings();
   auto* picker = part("providerPicker");
   auto* note = part("providerNote");
@@ -140,7 +140,12 @@ TEST_F(SettingsControllerTests, TheChoiceIsStoredAtOnceWithItsNote) {
   EXPECT_EQ(picker->property("displayText"), QStringLiteral("Deepgram"));
   EXPECT_EQ(note->property("text"),
             QStringLiteral("The recognition by Deepgram is performed on a server."));
+
+  // As another program of the user does it.
   setRecognitionProviderSetting(RecognitionProvider::apple);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return picker->property("currentIndex") == 0; }));
+  EXPECT_EQ(note->property("text"),
+            QStringLiteral("The recognition by Apple is done on the device."));
 }
 
 TEST_F(SettingsControllerTests, TheAccountShowsItsTokenCopiesItAndLogsOut) {
