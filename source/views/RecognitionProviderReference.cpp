@@ -24,7 +24,7 @@ int stored() {
 }  // namespace
 
 RecognitionProviderReference::RecognitionProviderReference() : value_(stored()) {
-  // The folder, since the file is another one after each change. It is there from now on, if it can.
+  // The folder, since the file is another one after each change.
   auto const folder = UserDefaults::standard().file().parent_path();
   std::error_code ignored;
   if (std::filesystem::create_directories(folder, ignored))

@@ -7,8 +7,8 @@
 
 namespace vek {
 
-/// The stored choice of the recogniser, to be read and changed by a view. Other programs of the user
-/// change it too, which is told like a change by the view.
+/// The stored choice of the recogniser, to be read and changed by a view. Other programs of the
+/// user change it too, which is told like a change by the view.
 class RecognitionProviderReference : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -3,7 +3,9 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QQmlComponent>
+#include <QTranslator>
 
 #include <stdexcept>
 
@@ -15,8 +17,21 @@ void qml_register_types_VEK();  // NOLINT(readability-identifier-naming)
 namespace vek {
 
 namespace {
+
 constexpr int bodySize = 13;
+
+/// The plurals of English, and above them the language of the user, where there is a translation.
+void installTranslations() {
+  auto const folder = QStringLiteral(":/translations");
+  for (auto const& locale : {QLocale(QLocale::English), QLocale()}) {
+    auto translator = std::make_unique<QTranslator>();
+    if (!translator->load(locale, QStringLiteral("vek"), QStringLiteral("_"), folder)) continue;
+    translator->setParent(qGuiApp);
+    QCoreApplication::installTranslator(translator.release());
+  }
 }
+
+}  // namespace
 
 void prepareViews() {
   // Small windows that rarely change: a graphics card would cost more memory and a slower start.
@@ -28,6 +43,7 @@ void prepareViews() {
   QGuiApplication::setFont(font);
   qml_register_types_VEK();
   AccessibleDocument::install();
+  installTranslations();
 }
 
 std::unique_ptr<QQmlEngine> makeEngine() {

@@ -9,8 +9,8 @@
 
 namespace vek {
 
-/// Chooses how windows are drawn and with which fonts. Call it when there is an application, before
-/// the first window.
+/// Chooses how windows are drawn, with which fonts and in which language. Call it when there is an
+/// application, before the first window.
 void prepareViews();
 
 /// An engine that finds the module VEK.

@@ -26,7 +26,7 @@ Item {
         text: row.isShowingList ? qsTr("Hide transcripts") : qsTr("Show transcripts")
         visible: row.store.session.hasCredentials
         Accessible.description: count > 0
-            ? qsTr("%n transcripts without a customer", "", count) : ""
+            ? qsTr("%Ln transcripts without a customer", "", count) : ""
         onClicked: row.isShowingList = !row.isShowingList
 
         Part {

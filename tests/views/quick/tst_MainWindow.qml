@@ -242,8 +242,11 @@ TestCase {
         compare(badge.visible, false);
         app.show({ loggedIn: true, permitted: true, transcripts: 1200, unassigned: 1100 });
         tryCompare(badge, "opacity", 1);
+        compare(part("listButton").Accessible.description, "1,100 transcripts without a customer");
         compare(badge.count, 1100);
         compare(badge.label, Number(1100).toLocaleString(Qt.locale(), "f", 0));
+        app.show({ loggedIn: true, permitted: true, transcripts: 3, unassigned: 1 });
+        compare(part("listButton").Accessible.description, "1 transcript without a customer");
         app.show({ loggedIn: true, permitted: true, transcripts: 3 });
         compare(badge.visible, true, "it fades away");
         tryCompare(badge, "visible", false);
