@@ -63,12 +63,12 @@ Effect<Action> RecordingFeature::reduce(State& state, Action const& action) cons
       action,
       [&](Action::internal const& internal) { return reduceInternal(state, internal.action); },
       [&](Action::recordButtonClicked) {
-        if (state.isLoading || state.isStopping) return Effect<Action>::none();
+        if (state.isLoading || state.isSwitching) return Effect<Action>::none();
+        state.isSwitching = true;
         if (!state.recording) {
           return Effect<Action>::run(
               [api = apiClient](Send send) { return startEffect(api, send); });
         }
-        state.isStopping = true;
         return Effect<Action>::run(
             [provider = speechRcognitionProvider, api = apiClient, copy = state](Send send) {
               return stopEffect(provider, api, copy, *copy.recording, send);
@@ -90,6 +90,7 @@ Effect<Action> RecordingFeature::reduceInternal(State& state, InternalAction con
       },
       [&](InternalAction::startRecording const& start) {
         state.recording = Recording{.startDate = date->generate(), .id = start.transcript.id};
+        state.isSwitching = false;
         return Effect<Action>::run([provider = speechRcognitionProvider](Send send) {
                  return recognitionEffect(provider, send);
                })
@@ -108,7 +109,7 @@ Effect<Action> RecordingFeature::reduceInternal(State& state, InternalAction con
         state.recording.reset();
         state.isLoading = false;
         state.lastAppendedTranscript.reset();
-        state.isStopping = false;
+        state.isSwitching = false;
         return Effect<Action>::cancel(CancelID::recording);
       });
 }

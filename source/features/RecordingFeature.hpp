@@ -32,8 +32,8 @@ struct RecordingFeature {
     std::optional<ErrorObject> error = {};
     /// The whole text that the backend has acknowledged so far.
     std::optional<SharedText> lastAppendedTranscript = {};
-    /// A press has started to stop the recording; another one would save the pending text twice.
-    bool isStopping = false;
+    /// A press has begun to start or to stop the recording; another one would do that twice.
+    bool isSwitching = false;
     ObservationIdentity identity = {};
 
     /// Minutes and seconds since the start by the system's clock, with hours from the first on;

@@ -84,13 +84,14 @@ struct HostedRecordingTests : testing::Test {
 
   void start(test::TestStore<Feature>& store) {
     store.waitAtMost(20s);
-    store.send(Action::recordButtonClicked{});
+    store.send(Action::recordButtonClicked{}, [](State& state) { state.isSwitching = true; });
     store.receive(internal(Internal::setIsLoading{true}),
                   [](State& state) { state.isLoading = true; });
     store.receive(internal(Internal::setIsLoading{false}),
                   [](State& state) { state.isLoading = false; });
     store.receive(internal(Internal::startRecording{created}), [this](State& state) {
       state.recording = Recording{.startDate = Date(), .id = created.id};
+      state.isSwitching = false;
     });
   }
 
@@ -127,7 +128,7 @@ TEST_F(HostedRecordingTests, ADroppedConnectionCostsTheRecordingNothingButAPause
     store.receive(internal(Internal::setIsLoading{false}),
                   [](State& state) { state.isLoading = false; });
 
-    store.send(Action::recordButtonClicked{}, [](State& state) { state.isStopping = true; });
+    store.send(Action::recordButtonClicked{}, [](State& state) { state.isSwitching = true; });
     store.receive(Action::delegate{Feature::DelegateAction::didFinishRecordingTranscript{}});
     store.receive(internal(Internal::resetState{}), [](State& state) { state = State(); });
   }

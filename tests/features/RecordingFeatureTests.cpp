@@ -104,12 +104,15 @@ class RecordingFeatureTests : public ::testing::Test {
   }
 
   void startRecording(TestStore<Feature>& store) {
+    store.send(click, [](State& state) { state.isSwitching = true; });
     store.send(click);
     store.receive(isLoading(true), [](State& state) { state.isLoading = true; });
     store.receive(isLoading(false), [](State& state) { state.isLoading = false; });
     store.receive(internal(Internal::startRecording{created}), [this](State& state) {
       state.recording = Recording{.startDate = now, .id = created.id};
+      state.isSwitching = false;
     });
+    EXPECT_EQ(std::exchange(creations, 0), 1) << "the second press came too soon to count";
   }
 
   void expectAppended(TestStore<Feature>& store, std::string const& whole) {
@@ -123,7 +126,7 @@ class RecordingFeatureTests : public ::testing::Test {
     state.recording.reset();
     state.lastAppendedTranscript.reset();
     state.isLoading = false;
-    state.isStopping = false;
+    state.isSwitching = false;
   }
 };
 
@@ -144,14 +147,14 @@ TEST_F(RecordingFeatureTests, PiecesArePushedAsTheyFinishAndOnlyWithWhatIsNew) {
   EXPECT_THAT(appended, ElementsAre("Hello.", "\nBye."));
   EXPECT_THAT(appendedTo, ElementsAre(created.id, created.id));
 
-  store.send(click, [](State& state) { state.isStopping = true; });
+  store.send(click, [](State& state) { state.isSwitching = true; });
   store.receive(finished);
   store.receive(reset, clear);
 }
 
 TEST_F(RecordingFeatureTests, AStopSavesThePendingTextBehindANewlineAlsoWhenItIsTheFirst) {
   TestStore<Feature> store(recordingState("", SharedText("pending")), dependencies());
-  store.send(click, [](State& state) { state.isStopping = true; });
+  store.send(click, [](State& state) { state.isSwitching = true; });
   store.receive(isLoading(true), [](State& state) { state.isLoading = true; });
   store.receive(internal(Internal::updateLastAppendedTranscript{SharedText("\npending")}),
                 [](State& state) { state.lastAppendedTranscript = "\npending"; });
@@ -166,7 +169,7 @@ TEST_F(RecordingFeatureTests, TheButtonDoesNothingWhileLoadingOrStopping) {
   loading.isLoading = true;
   TestStore<Feature>(loading, dependencies()).send(click);
   auto stopping = recordingState("said", SharedText("pending"));
-  stopping.isStopping = true;
+  stopping.isSwitching = true;
   TestStore<Feature>(stopping, dependencies()).send(click);
   EXPECT_EQ(creations, 0);
   EXPECT_TRUE(appended.empty());
@@ -201,7 +204,7 @@ TEST_F(RecordingFeatureTests, EveryOccurrenceOfTheAcknowledgedTextIsRemoved) {
 TEST_F(RecordingFeatureTests, AFailureToCreateStartsNothingAndKeepsItsError) {
   createError = failure("refused");
   TestStore<Feature> store({}, dependencies());
-  store.send(click);
+  store.send(click, [](State& state) { state.isSwitching = true; });
   store.receive(isLoading(true), [](State& state) { state.isLoading = true; });
   store.receive<Action::internal>([](State& state, Action::internal const& received) {
     state.error = std::get<Internal::recordingError>(received.action.value).error;
@@ -236,7 +239,7 @@ TEST_F(RecordingFeatureTests, AStreamThatEndsLeavesTheRecordingToBeStopped) {
 TEST_F(RecordingFeatureTests, AFailureToStopShowsItsErrorBehindTheReset) {
   stopError = failure("stuck");
   TestStore<Feature> store(recordingState("said", SharedText("pending")), dependencies());
-  store.send(click, [](State& state) { state.isStopping = true; });
+  store.send(click, [](State& state) { state.isSwitching = true; });
   store.receive(finished);
   store.receive(reset, clear);
   store.receive<Action::internal>([](State& state, Action::internal const& received) {
@@ -248,7 +251,7 @@ TEST_F(RecordingFeatureTests, AFailureToStopShowsItsErrorBehindTheReset) {
 TEST_F(RecordingFeatureTests, AFailureToSaveThePendingTextStillFinishes) {
   appendError = failure("no backend");
   TestStore<Feature> store(recordingState("said", SharedText("pending")), dependencies());
-  store.send(click, [](State& state) { state.isStopping = true; });
+  store.send(click, [](State& state) { state.isSwitching = true; });
   store.receive(isLoading(true), [](State& state) { state.isLoading = true; });
   store.receive<Action::internal>([](State& state, Action::internal const& received) {
     state.error = std::get<Internal::recordingError>(received.action.value).error;
