@@ -22,23 +22,23 @@ void AppDelegate::applicationDidFinishLaunching() {
   statusItem->setImage(QStringLiteral("status item"));
 
   engine_ = makeEngine();
-  appStore_ = std::make_unique<AppStore>(store());
-  mainWindowController = std::make_unique<MainWindowController>(*engine_, *appStore_);
+  store = Store<AppFeature::State, AppFeature::Action>::make(AppFeature::State{},
+                                                             [] { return AppFeature(); });
+  mainWindowController = std::make_unique<MainWindowController>(*engine_, store);
   aboutPanelController_ = std::make_unique<AboutPanelController>(*engine_);
   updateWindowController_ = std::make_unique<UpdateWindowController>(*engine_);
   updateWindowController_->present();
   statusItem->setAction([this] { mainWindowController->didClickStatusItem(); });
 
-  settingsController = std::make_unique<SettingsController>(*engine_, store(), *appStore_);
+  settingsController = std::make_unique<SettingsController>(*engine_, store);
   auto const transcripts =
-      store()
-          ->scope<KeyPath<&AppFeature::State::transcripts>,
-                  CasePath<AppFeature::Action, AppFeature::Action::transcripts>>();
+      store->scope<KeyPath<&AppFeature::State::transcripts>,
+                   CasePath<AppFeature::Action, AppFeature::Action::transcripts>>();
   transcriptsWindowsController =
       std::make_unique<TranscriptsWindowsController>(*engine_, transcripts);
 
-  recordingToggle_ = std::make_unique<RecordingToggle>(store());
-  launch_ = store()->send(AppFeature::Action::start{});
+  recordingToggle_ = std::make_unique<RecordingToggle>(store);
+  launch_ = store->send(AppFeature::Action::start{});
   statusItem->followHost([this](bool exists) { statusAreaExists(exists); });
 }
 
@@ -64,14 +64,6 @@ void AppDelegate::open(std::string const& url) {
 
 void AppDelegate::toggleRecording() {
   recordingToggle_->press(launch_, [this] { activate(); });
-}
-
-AppStore::Observed::Shared const& AppDelegate::store() {
-  if (!store_) {
-    store_ = Store<AppFeature::State, AppFeature::Action>::make(AppFeature::State{},
-                                                                [] { return AppFeature(); });
-  }
-  return store_;
 }
 
 }  // namespace vek

@@ -40,17 +40,15 @@ class AppDelegate {
   void toggleRecording();
 
  private:
-  /// The root store, made at its first use.
-  AppStore::Observed::Shared const& store();
   void statusAreaExists(bool exists);
 
   std::unique_ptr<QQmlEngine> engine_;
-  std::unique_ptr<AppStore> appStore_;
   std::unique_ptr<StatusItem> statusItem;
   std::unique_ptr<MainWindowController> mainWindowController;
   std::unique_ptr<SettingsController> settingsController;
   std::unique_ptr<TranscriptsWindowsController> transcriptsWindowsController;
-  AppStore::Observed::Shared store_;
+  /// The root store, made at its first use.
+  AppStore::Observed::Shared store;
   Dependency<UpdaterKey> updater;
   std::unique_ptr<AboutPanelController> aboutPanelController_;
   std::unique_ptr<UpdateWindowController> updateWindowController_;

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <utility>
+
 #include "platform/UserDefaults.hpp"
 #include "views/Views.hpp"
 #include "views/WindowOrder.hpp"
@@ -25,10 +27,12 @@ QPoint firstTopLeft(QScreen const& screen) {
 
 }  // namespace
 
-MainWindowController::MainWindowController(QQmlEngine& engine, AppStore& store)
-    : compositor_([this] { window->setProperty("isComposited", compositor_.isPresent()); }),
+MainWindowController::MainWindowController(QQmlEngine& engine, AppStore::Observed::Shared rootStore)
+    : store(std::move(rootStore)),
+      viewStore_(store),
+      compositor_([this] { window->setProperty("isComposited", compositor_.isPresent()); }),
       window(makeWindow(engine, QStringLiteral("MainWindow"),
-                        {{QStringLiteral("store"), QVariant::fromValue(&store)},
+                        {{QStringLiteral("store"), QVariant::fromValue(&viewStore_)},
                          {QStringLiteral("isComposited"), compositor_.isPresent()}})),
       frame_(*window, "com.vek.app.contentWindow", UserDefaults::standard()) {
   auto const* screen = QGuiApplication::primaryScreen();

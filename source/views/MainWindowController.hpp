@@ -16,8 +16,8 @@ namespace vek {
 /// Owns the main window. Closing it only takes it off the screen.
 class MainWindowController {
  public:
-  /// The window is not shown yet. Engine and store outlive this object.
-  MainWindowController(QQmlEngine& engine, AppStore& store);
+  /// The window is not shown yet. The engine outlives this object.
+  MainWindowController(QQmlEngine& engine, AppStore::Observed::Shared store);
 
   /// Hides the window when it is on screen, otherwise brings it to the front.
   void didClickStatusItem();
@@ -27,6 +27,8 @@ class MainWindowController {
   void setTaskbar(Taskbar taskbar);
 
  private:
+  AppStore::Observed::Shared store;
+  AppStore viewStore_;
   Compositor compositor_;
   Taskbar taskbar_ = Taskbar::listed;
   std::unique_ptr<QQuickWindow> window;

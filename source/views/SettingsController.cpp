@@ -17,9 +17,11 @@ QString translated(char const* text) {
 
 }  // namespace
 
-SettingsController::SettingsController(QQmlEngine& engine, AppStore::Observed::Shared rootStore,
-                                       AppStore& viewStore)
-    : engine_(engine), store(std::move(rootStore)), viewStore_(viewStore) {
+SettingsController::SettingsController(QQmlEngine& engine, AppStore::Observed::Shared rootStore)
+    : engine_(engine),
+      store(std::move(rootStore)),
+      session_(store->scope<KeyPath<&AppFeature::State::session>,
+                            CasePath<AppFeature::Action, AppFeature::Action::session>>()) {
   // Equal values are not left out: while the settings are wanted, each change of state brings them
   // to the front.
   auto const isShowing = store->publisher().map<bool>(
@@ -37,16 +39,16 @@ void SettingsController::isShowingSettingsIs(bool isShowing) {
 std::unique_ptr<SettingsWindowController> SettingsController::makeWindowController() {
   auto made = std::make_unique<SettingsWindowController>(
       engine_,
-      std::vector<Pane>{{.identifier = QStringLiteral("general"),
-                         .title = translated(QT_TRANSLATE_NOOP("SettingsWindow", "General")),
-                         .toolbarIcon = QStringLiteral("gear"),
-                         .content = QStringLiteral("PreferencesGeneralView")},
-                        {.identifier = QStringLiteral("account"),
-                         .title = translated(QT_TRANSLATE_NOOP("SettingsWindow", "Account")),
-                         .toolbarIcon = QStringLiteral("person-circle"),
-                         .content = QStringLiteral("PreferencesAccountView"),
-                         .contentProperties = {{QStringLiteral("store"),
-                                                QVariant::fromValue(viewStore_.session())}}}});
+      std::vector<Pane>{
+          {.identifier = QStringLiteral("general"),
+           .title = translated(QT_TRANSLATE_NOOP("SettingsWindow", "General")),
+           .toolbarIcon = QStringLiteral("gear"),
+           .content = QStringLiteral("PreferencesGeneralView")},
+          {.identifier = QStringLiteral("account"),
+           .title = translated(QT_TRANSLATE_NOOP("SettingsWindow", "Account")),
+           .toolbarIcon = QStringLiteral("person-circle"),
+           .content = QStringLiteral("PreferencesAccountView"),
+           .contentProperties = {{QStringLiteral("store"), QVariant::fromValue(&session_)}}}});
   auto& window = made->window();
   WindowClosing::tell(window, [this, &window] { windowWillClose(window); });
   return made;

@@ -14,8 +14,8 @@ namespace vek {
 /// Shows the settings window while the state asks for it, and tells the state when it closes.
 class SettingsController {
  public:
-  /// Follows the store from now on. Engine and view store outlive this object.
-  SettingsController(QQmlEngine& engine, AppStore::Observed::Shared store, AppStore& viewStore);
+  /// Follows the store from now on. The engine outlives this object.
+  SettingsController(QQmlEngine& engine, AppStore::Observed::Shared store);
 
   void windowWillClose(QWindow const& window);
 
@@ -28,7 +28,7 @@ class SettingsController {
 
   QQmlEngine& engine_;
   AppStore::Observed::Shared store;
-  AppStore& viewStore_;
+  SessionStore session_;
   std::unique_ptr<SettingsWindowController> settingsController;
   std::vector<Subscription> cancellables;
 };

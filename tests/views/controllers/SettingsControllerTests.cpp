@@ -65,8 +65,7 @@ class SettingsControllerTests : public testing::Test {
   std::unique_ptr<QQmlEngine> engine = makeEngine();
   AppStore::Observed::Shared store =
       Store<State, Action>::make(signedIn(), [this] { return Reducer{closes}; });
-  AppStore viewStore{store};
-  SettingsController controller{*engine, store, viewStore};
+  SettingsController controller{*engine, store};
 };
 
 TEST_F(SettingsControllerTests, TheFirstClickMakesTheWindowAndLaterOnesFollowTheFlag) {
@@ -121,7 +120,7 @@ TEST_F(SettingsControllerTests, ClosingIsToldAndTheNextShowingBeginsWithGeneralA
   EXPECT_EQ(window().title(), QStringLiteral("General"));
   EXPECT_EQ(window().position(), QPoint(40, 50));
 
-  auto const another = std::make_unique<SettingsController>(*engine, store, viewStore);
+  auto const another = std::make_unique<SettingsController>(*engine, store);
   QCoreApplication::processEvents();
   EXPECT_EQ(another->windowController()->window().position(), QPoint(40, 50));
   another->windowWillClose(window());

@@ -154,7 +154,7 @@ void takeMainWindow(QQmlEngine& engine, Camera const& camera) {
 
 void takeSettings(QQmlEngine& engine, Camera const& camera) {
   vek::test::ScriptedApp app;
-  vek::SettingsController controller(engine, app.root(), *app.store());
+  vek::SettingsController controller(engine, app.root());
   app.show(with({{"settings", true}}));
   auto& shown = *controller.windowController();
   QCoreApplication::processEvents();
