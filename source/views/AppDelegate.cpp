@@ -37,7 +37,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   transcriptsWindowsController =
       std::make_unique<TranscriptsWindowsController>(*engine_, transcripts);
 
-  recordingToggle_ = std::make_unique<RecordingToggle>(store);
+  recordingToggle_ = std::make_unique<RecordingToggle>(store, [this] { activate(); });
   launch_ = store->send(AppFeature::Action::start{});
   statusItem->followHost([this](bool exists) { statusAreaExists(exists); });
 }
@@ -63,7 +63,7 @@ void AppDelegate::open(std::string const& url) {
 }
 
 void AppDelegate::toggleRecording() {
-  recordingToggle_->press(launch_, [this] { activate(); });
+  recordingToggle_->press(launch_);
 }
 
 }  // namespace vek

@@ -36,7 +36,8 @@ class AppDelegate {
   void activate();
   /// Takes the redirect that a login ends with, its own or that of another program of the user.
   void open(std::string const& url);
-  /// Starts or stops a recording, or shows what has to be done before there can be one.
+  /// Starts or stops a recording, or shows what has to be done before there can be one. Throws
+  /// std::runtime_error while it is about to.
   void toggleRecording();
 
  private:

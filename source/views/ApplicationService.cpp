@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/Log.hpp"
@@ -48,10 +49,14 @@ void ApplicationService::ActivateAction(QString const& name, QVariantList const&
                                         QVariantMap const& platformData) {
   keepActivationToken(platformData);
   auto const action = requests_.actions.find(name);
-  if (action != requests_.actions.end()) {
-    action->second();
-  } else if (calledFromDBus()) {
+  if (action == requests_.actions.end()) {
     sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action '%1'.").arg(name));
+    return;
+  }
+  try {
+    action->second();
+  } catch (std::runtime_error const& refusal) {
+    sendErrorReply(QDBusError::Failed, QString::fromUtf8(refusal.what()));
   }
 }
 

@@ -23,7 +23,7 @@ class ApplicationService : public QObject, protected QDBusContext {
   struct Requests {
     std::function<void()> activate;
     std::function<void(QString const& url)> open;
-    /// By their names in the desktop entry.
+    /// By their names in the desktop entry. What one throws is told to who asked for it.
     std::map<QString, std::function<void()>> actions;
   };
 
