@@ -17,6 +17,7 @@ namespace {
 /// In the main window.
 constexpr Point menuButton{215, 214};
 constexpr Point listButton{25, 214};
+constexpr Point settingsEntry{66, 141};
 constexpr int listHeight = 181;
 /// Of the window of updates, while it checks.
 constexpr int heightWithoutUpdate = 148;
@@ -66,10 +67,16 @@ class MainWindow : public testing::Test {
       auto const window = desktop.window("VEK");
       if (!window) return false;
       desktop.activate(*window);
-      click(desktop.position(*window), menuButton);
-      static_cast<void>(desktop.run({"xdotool", "key", "Down", "Down", "Down", "Return"}));
-      return eventually([&] { return desktop.activeWindow() == desktop.window("General"); },
-                        std::chrono::seconds(5));
+      auto const place = desktop.position(*window);
+      click(place, menuButton);
+      // The menu takes a click once it has come up.
+      return eventually(
+          [&] {
+            click(place, settingsEntry);
+            return eventually([&] { return desktop.activeWindow() == desktop.window("General"); },
+                              std::chrono::seconds(1));
+          },
+          std::chrono::seconds(3));
     })) << desktop.log();
     return desktop.window("General").value_or("");
   }
