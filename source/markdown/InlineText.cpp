@@ -89,8 +89,9 @@ class RunMaker {
   void add(InlineNode const& node, Level const& in) {
     match(
         node, [&](InlineNode::text const& text) { addText(text.content, in); },
+        // The end of a line behind a break is that same break.
         [&](InlineNode::softBreak) {
-          append(softBreak_ == SoftBreak::Mode::space ? " " : "\n", in.attributes, in);
+          addText(softBreak_ == SoftBreak::Mode::space ? " " : "\n", in);
         },
         [&](InlineNode::lineBreak) { append("\n", in.attributes, in); },
         [&](InlineNode::code const& code) {

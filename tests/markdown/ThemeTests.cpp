@@ -133,10 +133,13 @@ TEST(InlineText, BreaksStartAFreshLineWithoutLeadingBlanks) {
     EXPECT_EQ(lines(Inline::html{tag}), "a\nb") << tag;
   for (auto const* tag : {"<b>", "<brx>", "<!-- br -->"})
     EXPECT_EQ(lines(Inline::html{tag}), std::string("a") + tag + " b");
-  EXPECT_EQ(inlineRuns({text("a"), Inline::softBreak{}, text("b")}, theme, body,
-                       SoftBreak::Mode::lineBreak)[0]
-                .text,
-            "a\nb");
+  using enum SoftBreak::Mode;
+  for (auto const mode : {space, lineBreak}) {
+    auto const made = inlineRuns({text("a"), Inline::html{"<br>"}, Inline::softBreak{}, text("b"),
+                                  Inline::softBreak{}, text("c")},
+                                 theme, body, mode);
+    EXPECT_EQ(made[0].text, mode == space ? "a\nb c" : "a\nb\nc");
+  }
 }
 
 TEST(InlineText, LinksCarryWhereTheyLeadThroughTheirStyles) {
