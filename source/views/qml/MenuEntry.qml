@@ -21,6 +21,7 @@ T.MenuItem {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: entry.text
+            textFormat: Text.PlainText
             font.pixelSize: Theme.body
             color: entry.highlighted ? Theme.accentText : Theme.primary
         }
@@ -28,6 +29,7 @@ T.MenuItem {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: entry.shortcut
+            textFormat: Text.PlainText
             font.pixelSize: Theme.footnote
             color: entry.highlighted ? Theme.accentText : Theme.secondary
         }

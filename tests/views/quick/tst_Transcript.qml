@@ -124,6 +124,7 @@ TestCase {
         transcript.show({ text: "a", selected: 1 });
         compare(picker.displayText, "Northwind");
         compare(button.text, "Assign Northwind");
+        compare(button.contentItem.textFormat, Text.PlainText, "a name is no markup");
         tryCompare(bar, "y", view.height - bar.height);
         compare(part("assignProgress").opacity, 0);
         transcript.forgetSent();
