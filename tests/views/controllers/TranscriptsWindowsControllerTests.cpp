@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QTest>
 
+#include "support/PendingCalls.hpp"
 #include "views/Text.hpp"
 #include "views/Views.hpp"
 
@@ -27,10 +28,20 @@ class TranscriptsWindowsControllerTests : public testing::Test {
     return found == controller.openWindows().end() ? nullptr : found->second.get();
   }
 
+  static bool eventually(auto holds) { return QTest::qWaitFor(holds, 10'000); }
+
+  PendingCalls<TranscriptContentDTO> contents;
   std::unique_ptr<QQmlEngine> engine = makeEngine();
-  TranscriptsWindowsController::ListStore::Shared store =
-      TranscriptsWindowsController::ListStore::make(TranscriptsListFeature::State{},
-                                                    [] { return TranscriptsListFeature(); });
+  TranscriptsWindowsController::ListStore::Shared store = [this] {
+    APIClient api;
+    api.getTranscriptContent = [this](UUID) { return contents.call(); };
+    return withDependencies([&](DependencyValues& values) { values.set(apiClient, api); },
+                            [] {
+                              return TranscriptsWindowsController::ListStore::make(
+                                  TranscriptsListFeature::State{},
+                                  [] { return TranscriptsListFeature(); });
+                            });
+  }();
   TranscriptsWindowsController controller{*engine, store};
 };
 
@@ -72,6 +83,21 @@ TEST_F(TranscriptsWindowsControllerTests, AClosedWindowClosesItsTranscriptAndNoO
   open(first);
   ASSERT_NE(window(first), nullptr);
   EXPECT_TRUE(window(first)->isVisible());
+}
+
+TEST_F(TranscriptsWindowsControllerTests, ClosingDuringAFetchLeavesNothingOpen) {
+  auto const fetched = transcript(20000);
+  open(fetched);
+  using OfElement = IdentifiedAction<UUID, TranscriptFeature::Action>;
+  store->send(Action::transcript{
+      OfElement::element{fetched.id, TranscriptFeature::Action::refetchContentButtonClicked{}}});
+  ASSERT_TRUE(eventually([&] { return contents.waiting() == 1; }));
+  window(fetched)->close();
+  EXPECT_TRUE(eventually([&] { return contents.cancelled() == 1; }));
+  contents.answer({.transcript = "late", .analysis = "late"});
+  QTest::qWait(0);
+  EXPECT_TRUE(controller.openWindows().empty());
+  EXPECT_TRUE(store->state().openedTranscripts.empty());
 }
 
 TEST_F(TranscriptsWindowsControllerTests, AWindowSurvivesALogout) {
