@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "views/AppDelegate.hpp"
 
+#include <chrono>
 #include <utility>
 
 #include "features/AppFeature.hpp"
 #include "platform/Log.hpp"
 #include "platform/RedirectListener.hpp"
 #include "platform/WebAuthenticationSession.hpp"
+#include "views/RecordingEnd.hpp"
 
 namespace vek {
+
+namespace {
+/// Desktops give a program about that long to end.
+constexpr std::chrono::seconds patience(10);
+}  // namespace
 
 AppDelegate::AppDelegate() = default;
 
@@ -64,6 +71,12 @@ void AppDelegate::open(std::string const& url) {
 
 void AppDelegate::toggleRecording() {
   recordingToggle_->press(launch_);
+}
+
+void AppDelegate::endRecording() {
+  if (!RecordingEnd(store).wait(patience)) {
+    Logger("shell").error("The end of a recording could not be stored in time.");
+  }
 }
 
 }  // namespace vek

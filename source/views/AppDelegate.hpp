@@ -39,6 +39,8 @@ class AppDelegate {
   /// Starts or stops a recording, or shows what has to be done before there can be one. Throws
   /// std::runtime_error while it is about to.
   void toggleRecording();
+  /// Once the event loop has ended: leaves nothing behind of a recording that is not stored.
+  void endRecording();
 
  private:
   void statusAreaExists(bool exists);

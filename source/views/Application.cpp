@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <span>
@@ -69,7 +70,43 @@ ApplicationService::Requests requests(AppDelegate& delegate) {
   return {.activate = [&delegate] { delegate.activate(); },
           .open = [&delegate](QString const& url) { delegate.open(url.toStdString()); },
           .actions = {{QStringLiteral("toggle-recording"),
-                       [&delegate] { delegate.toggleRecording(); }}}};
+                       [&delegate] { delegate.toggleRecording(); }}},
+          .endOfSession = terminate};
+}
+
+/// The toolkit leaves the process from within its event loop when the display is gone.
+class LossOfDisplay {
+ public:
+  explicit LossOfDisplay(AppDelegate& delegate) { exit().delegate = &delegate; }
+  LossOfDisplay(LossOfDisplay const&) = delete;
+  LossOfDisplay& operator=(LossOfDisplay const&) = delete;
+  ~LossOfDisplay() { exit().delegate = nullptr; }
+
+ private:
+  struct Exit {
+    AppDelegate* delegate = nullptr;
+
+    Exit() = default;
+    Exit(Exit const&) = delete;
+    Exit& operator=(Exit const&) = delete;
+    ~Exit() {
+      if (!delegate) return;
+      delegate->endRecording();
+      std::_Exit(0);
+    }
+  };
+
+  /// What belongs to the thread goes before all that a recording may need of the process.
+  static Exit& exit() {
+    thread_local Exit instance;
+    return instance;
+  }
+};
+
+int run(AppDelegate& delegate) {
+  LossOfDisplay const loss(delegate);
+  delegate.applicationDidFinishLaunching();
+  return QGuiApplication::exec();
 }
 
 int runApplication(int argumentCount, char** arguments, std::vector<std::string> const& urls) {
@@ -91,8 +128,11 @@ int runApplication(int argumentCount, char** arguments, std::vector<std::string>
       .orderFrontStandardAboutPanel = [&delegate] { delegate.orderFrontStandardAboutPanel(); },
       .activate = [](ActivationOptions) { activateFrontWindow(); }};
   Logins const logins;
-  delegate.applicationDidFinishLaunching();
-  return QGuiApplication::exec();
+  int const status = run(delegate);
+  // Who starts the program now gets one that lasts.
+  service.release();
+  delegate.endRecording();
+  return status;
 }
 
 }  // namespace

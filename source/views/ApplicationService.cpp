@@ -14,6 +14,10 @@ namespace vek {
 
 namespace {
 
+QString applicationName() {
+  return QStringLiteral("com.vek.app");
+}
+
 void keepActivationToken(QVariantMap const& platformData) {
   vek::keepActivationToken(platformData.value(QStringLiteral("activation-token")).toString());
 }
@@ -30,9 +34,20 @@ ApplicationService::Claim ApplicationService::claim(Requests requests) {
   }
   bus.registerObject(QStringLiteral("/com/vek/app"), this,
                      QDBusConnection::ExportScriptableInvokables);
-  auto const answer = bus.interface()->registerService(QStringLiteral("com.vek.app"));
+  bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+              QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+              SLOT(busDisconnected()));
+  auto const answer = bus.interface()->registerService(applicationName());
   return answer.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::granted
                                                                        : Claim::anotherProcessHasIt;
+}
+
+void ApplicationService::release() {
+  QDBusConnection::sessionBus().unregisterService(applicationName());
+}
+
+void ApplicationService::busDisconnected() {
+  requests_.endOfSession();
 }
 
 void ApplicationService::Activate(QVariantMap const& platformData) {

@@ -25,12 +25,16 @@ class ApplicationService : public QObject, protected QDBusContext {
     std::function<void(QString const& url)> open;
     /// By their names in the desktop entry. What one throws is told to who asked for it.
     std::map<QString, std::function<void()>> actions;
+    /// The session bus, which lives as long as the session of the user, is gone.
+    std::function<void()> endOfSession;
   };
 
   enum class Claim : std::uint8_t { granted, anotherProcessHasIt, noBus };
 
   /// Takes the name. Requests come once the event loop runs.
   Claim claim(Requests requests);
+  /// Leaves the name to the next process.
+  static void release();
 
   Q_SCRIPTABLE void Activate(QVariantMap const& platformData);
   Q_SCRIPTABLE void Open(QStringList const& urls, QVariantMap const& platformData);
@@ -38,6 +42,8 @@ class ApplicationService : public QObject, protected QDBusContext {
                                    QVariantMap const& platformData);
 
  private:
+  Q_SLOT void busDisconnected();
+
   Requests requests_;
 };
 

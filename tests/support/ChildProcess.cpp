@@ -83,7 +83,8 @@ std::optional<std::string> ChildProcess::readLine(std::chrono::milliseconds limi
 }
 
 void ChildProcess::signal(int number) const {
-  ::kill(pid_, number);
+  // Once it has ended, its number would be everybody's.
+  if (pid_ > 0) ::kill(pid_, number);
 }
 
 std::optional<int> ChildProcess::wait(std::chrono::milliseconds limit) {

@@ -62,7 +62,7 @@ Desktop::Desktop() {
   }
   std::filesystem::permissions(folder_ / "run", std::filesystem::perms::owner_all);
   environment = {{"DISPLAY", ":" + *display},
-                 {"DBUS_SESSION_BUS_ADDRESS", bus_.address()},
+                 {"DBUS_SESSION_BUS_ADDRESS", bus_->address()},
                  {"XDG_CONFIG_HOME", (folder_ / "config").string()},
                  {"XDG_DATA_HOME", (folder_ / "data").string()},
                  {"XDG_CACHE_HOME", (folder_ / "cache").string()},
@@ -74,9 +74,15 @@ Desktop::Desktop() {
 }
 
 Desktop::~Desktop() {
+  endDisplay();
+}
+
+void Desktop::endDisplay() {
+  if (!server_) return;
   // Gently, so that no lock of its display is left behind.
   server_->signal(SIGTERM);
   static_cast<void>(server_->wait());
+  server_.reset();
 }
 
 void Desktop::startWindowManager() {

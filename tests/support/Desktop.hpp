@@ -54,6 +54,9 @@ class Desktop {
   /// is not there then was not asked for.
   void settle() const;
 
+  void endSessionBus() { bus_.reset(); }
+  void endDisplay();
+
   /// The visible window of that title; nothing when there is none.
   [[nodiscard]] std::optional<std::string> window(std::string const& title) const;
   [[nodiscard]] std::string activeWindow() const;
@@ -79,7 +82,7 @@ class Desktop {
   [[nodiscard]] std::string hostState() const;
 
   TemporaryFolder folder_;
-  SessionBus bus_;
+  std::unique_ptr<SessionBus> bus_ = std::make_unique<SessionBus>();
   std::unique_ptr<ChildProcess> server_;
   std::unique_ptr<ChildProcess> windowManager_;
   std::unique_ptr<ChildProcess> settings_;

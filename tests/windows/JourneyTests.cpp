@@ -2,15 +2,10 @@
 // What a user does with the program on the first day, with nothing scripted between its parts.
 #include <gmock/gmock.h>
 
-#include <boost/json.hpp>
-#include <fstream>
-
-#include "support/Desktop.hpp"
 #include "support/LiveMicrophone.hpp"
-#include "support/LocalServices.hpp"
-#include "support/SpeechSamples.hpp"
 #include "support/UserBrowser.hpp"
 #include "support/WordErrors.hpp"
+#include "windows/Deployment.hpp"
 #include "windows/ScreenReader.hpp"
 
 namespace vek::test {
@@ -30,12 +25,7 @@ class Journey : public testing::Test {
  protected:
   Journey() {
     desktop.environment["PULSE_SERVER"] = server.address();
-    std::ofstream(desktop.folder() / "deployment.json") << boost::json::serialize(
-        boost::json::object{{"backendURL", services.url()},
-                            {"recogniserURL", services.webSocketURL()},
-                            {"authConfiguration", (services.folder() / "Auth0.plist").string()},
-                            {"trustedAuthority", services.authority().string()},
-                            {"modelsFolder", modelsFolder().string()}});
+    deploy(desktop, services);
   }
 
   void signIn() {

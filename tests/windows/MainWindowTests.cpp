@@ -4,12 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <fstream>
 
-#include "support/Desktop.hpp"
-#include "support/LocalServices.hpp"
 #include "support/NotificationDaemon.hpp"
 #include "support/StoredCredentials.hpp"
+#include "windows/Deployment.hpp"
 
 namespace vek::test {
 namespace {
@@ -29,17 +27,7 @@ using testing::StartsWith;
 
 class MainWindow : public testing::Test {
  protected:
-  MainWindow() { deploy(); }
-
-  /// `more` are values beside those of the local services.
-  void deploy(std::string const& more = "") {
-    std::ofstream(desktop.folder() / "deployment.json")
-        << R"({"backendURL": ")" << services.url() << R"(", "updateFeedURL": ")" << services.url()
-        << R"(/updates/feed.json", "updatePublicKey": ")"
-        << (services.folder() / "update-key.pem").string() << R"(", "authConfiguration": ")"
-        << (services.folder() / "Auth0.plist").string() << R"(", "trustedAuthority": ")"
-        << services.authority().string() << '"' << more << '}';
-  }
+  MainWindow() { deploy(desktop, services); }
 
   /// The window, in front.
   std::string inFront(std::string const& title) {
@@ -129,7 +117,7 @@ TEST_F(MainWindow, SettingsComeForwardAndStandAfterARestartWhereTheyWereLeft) {
 }
 
 TEST_F(MainWindow, AnUpdateThatTheScheduleFindsIsNotifiedUntilTheUserTurnsToIt) {
-  deploy(R"(, "updateInterval": "1")");
+  deploy(desktop, services, {{"updateInterval", "1"}});
   NotificationDaemon daemon(desktop.environment["DBUS_SESSION_BUS_ADDRESS"]);
   desktop.startPanel();
   auto const other = desktop.start({"xmessage", "-title", "other", "text"});

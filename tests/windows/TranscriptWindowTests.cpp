@@ -2,13 +2,13 @@
 // An opened transcript, from the list to its customer, with a backend and a model that fail.
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <sstream>
 
 #include "support/BackendClient.hpp"
 #include "support/ChatEndpoint.hpp"
 #include "support/Environment.hpp"
 #include "support/StoredCredentials.hpp"
+#include "windows/Deployment.hpp"
 #include "windows/ScreenReader.hpp"
 
 namespace vek::test {
@@ -20,10 +20,7 @@ constexpr char worth[] =
 class TranscriptWindow : public testing::Test {
  protected:
   TranscriptWindow() {
-    std::ofstream(desktop.folder() / "deployment.json")
-        << R"({"backendURL": ")" << services.url() << R"(", "authConfiguration": ")"
-        << (services.folder() / "Auth0.plist").string() << R"(", "trustedAuthority": ")"
-        << services.authority().string() << R"("})";
+    deploy(desktop, services);
     storeCredentials(services, desktop.folder() / "data");
   }
 
