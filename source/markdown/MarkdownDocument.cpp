@@ -12,6 +12,7 @@
 
 #include "markdown/MarkdownReader.hpp"
 #include "markdown/MarkdownWriter.hpp"
+#include "markdown/ParseArena.hpp"
 #include "markdown/ReadingCost.hpp"
 
 namespace vek {
@@ -64,7 +65,7 @@ MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
   auto const cost = ReadingCost::of(text);
   if (!cost.canRead) return MarkdownDocument(asItStands(text));
   std::unique_ptr<cmark_parser, decltype(&cmark_parser_free)> const parser(
-      cmark_parser_new(options), cmark_parser_free);
+      cmark_parser_new_with_mem(options, &ParseArena::memory()), cmark_parser_free);
   if (cost.canReadAutolinks) attach(*parser, "autolink");
   for (auto const* name : {"strikethrough", "tagfilter", "tasklist"}) attach(*parser, name);
   if (tables == Tables::asGrid && cost.canReadTables) attach(*parser, "table");

@@ -48,7 +48,9 @@ BlockNode::codeBlock codeBlock(cmark_node& node) {
 std::vector<RawTableColumnAlignment> columnAlignments(cmark_node& table) {
   std::vector<RawTableColumnAlignment> alignments;
   auto const* letters = cmark_gfm_extensions_get_table_alignments(&table);
-  for (int i = 0; i < cmark_gfm_extensions_get_table_columns(&table); ++i) {
+  auto const columns = cmark_gfm_extensions_get_table_columns(&table);
+  alignments.reserve(static_cast<std::size_t>(columns));
+  for (int i = 0; i < columns; ++i) {
     using enum RawTableColumnAlignment;
     alignments.push_back(letters[i] == 'l'   ? left
                          : letters[i] == 'c' ? center
@@ -62,41 +64,31 @@ std::vector<RawTableColumnAlignment> columnAlignments(cmark_node& table) {
 
 MarkdownContent MarkdownReader::read(cmark_node& document) {
   MarkdownReader reader;
-  std::unique_ptr<cmark_iter, decltype(&cmark_iter_free)> const iterator(cmark_iter_new(&document),
-                                                                         cmark_iter_free);
-  for (auto event = cmark_iter_next(iterator.get()); event != CMARK_EVENT_DONE;
-       event = cmark_iter_next(iterator.get())) {
-    auto& node = *cmark_iter_get_node(iterator.get());
-    if (&node == &document) continue;
-    if (event == CMARK_EVENT_ENTER) {
-      reader.enter(node);
-    } else {
-      reader.leave(node);
+  auto* node = cmark_node_first_child(&document);
+  while (node) {
+    if (!reader.takeLeaf(*node)) {
+      reader.enter();
+      if (auto* child = cmark_node_first_child(node)) {
+        node = child;
+        continue;
+      }
+      reader.leave(*node);
     }
+    auto* next = cmark_node_next(node);
+    while (!next && (node = cmark_node_parent(node)) != &document) {
+      reader.leave(*node);
+      next = cmark_node_next(node);
+    }
+    node = next;
   }
   return MarkdownContent(take(reader.blocks_, 0));
 }
 
-void MarkdownReader::enter(cmark_node& node) {
-  switch (cmark_node_get_type(&node)) {
-    // For these there is no leaving.
-    case CMARK_NODE_CODE_BLOCK:
-    case CMARK_NODE_HTML_BLOCK:
-    case CMARK_NODE_THEMATIC_BREAK:
-    case CMARK_NODE_TEXT:
-    case CMARK_NODE_SOFTBREAK:
-    case CMARK_NODE_LINEBREAK:
-    case CMARK_NODE_CODE:
-    case CMARK_NODE_HTML_INLINE:
-      takeLeaf(node);
-      break;
-    default:
-      begins_.push_back(
-          {blocks_.size(), inlines_.size(), items_.size(), rows_.size(), cells_.size()});
-  }
+void MarkdownReader::enter() {
+  begins_.push_back({blocks_.size(), inlines_.size(), items_.size(), rows_.size(), cells_.size()});
 }
 
-void MarkdownReader::takeLeaf(cmark_node& node) {
+bool MarkdownReader::takeLeaf(cmark_node& node) {
   switch (cmark_node_get_type(&node)) {
     case CMARK_NODE_CODE_BLOCK:
       blocks_.emplace_back(codeBlock(node));
@@ -119,9 +111,13 @@ void MarkdownReader::takeLeaf(cmark_node& node) {
     case CMARK_NODE_HTML_INLINE:
       inlines_.emplace_back(InlineNode::html{literal(node)});
       break;
-    default:
+    case CMARK_NODE_TEXT:
       inlines_.emplace_back(InlineNode::text{literal(node)});
+      break;
+    default:
+      return false;
   }
+  return true;
 }
 
 void MarkdownReader::leave(cmark_node& node) {
@@ -207,6 +203,7 @@ BlockNode MarkdownReader::list(cmark_node& node, std::size_t begin) {
   if (std::none_of(first, items_.end(), [](Item const& item) { return item.isTask; }))
     return BlockNode::bulletedList{.isTight = isTight, .items = plainItems(begin)};
   std::vector<RawTaskListItem> tasks;
+  tasks.reserve(items_.size() - begin);
   std::for_each(first, items_.end(), [&](Item& item) { tasks.push_back(std::move(item.item)); });
   items_.erase(first, items_.end());
   return BlockNode::taskList{.isTight = isTight, .items = std::move(tasks)};
@@ -215,6 +212,7 @@ BlockNode MarkdownReader::list(cmark_node& node, std::size_t begin) {
 Children<RawListItem> MarkdownReader::plainItems(std::size_t begin) {
   auto const first = items_.begin() + static_cast<std::ptrdiff_t>(begin);
   std::vector<RawListItem> items;
+  items.reserve(items_.size() - begin);
   std::for_each(first, items_.end(),
                 [&](Item& item) { items.push_back({std::move(item.item.children)}); });
   items_.erase(first, items_.end());

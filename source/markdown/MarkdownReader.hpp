@@ -27,9 +27,10 @@ class MarkdownReader {
     std::size_t blocks, inlines, items, rows, cells;
   };
 
-  void enter(cmark_node& node);
+  void enter();
   void leave(cmark_node& node);
-  void takeLeaf(cmark_node& node);
+  /// False for what has children.
+  bool takeLeaf(cmark_node& node);
   bool leaveBlock(cmark_node& node, Begin const& begin);
   bool leaveInline(cmark_node& node, Begin const& begin);
   void leaveUnknown(cmark_node& node, Begin const& begin);
