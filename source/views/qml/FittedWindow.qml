@@ -1,22 +1,39 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import VEK
 
-// A window that is always as high as what it shows.
+// A window that is always as high as what it shows, as far as its screen has room for that. One that
+// grows over the lower edge of its screen moves up, and goes back when it shrinks again, unless it
+// was moved meanwhile.
 Window {
     id: window
 
     required property real fittingHeight
 
-    // Before it grows it has to be allowed to: window managers keep a window within its bounds.
+    property bool isRaised: false
+    property int raisedY: 0
+    property int restingY: 0
+
     function fit() {
+        const room = ScreenRoom.around(window);
+        const wanted = Math.min(fittingHeight, room.height);
+        // Before it grows it has to be allowed to: window managers keep a window within its bounds.
         minimumHeight = 0;
-        maximumHeight = fittingHeight;
-        height = fittingHeight;
-        minimumHeight = fittingHeight;
+        maximumHeight = wanted;
+        if (visible) {
+            if (!isRaised || y !== raisedY) restingY = y;
+            raisedY = Math.max(room.y, Math.min(restingY, room.y + room.height - wanted));
+            isRaised = raisedY < restingY;
+            ScreenRoom.setGeometry(window, Qt.rect(x, isRaised ? raisedY : restingY, width, wanted));
+        } else {
+            height = wanted;
+        }
+        minimumHeight = wanted;
     }
 
     minimumWidth: width
     maximumWidth: width
     onFittingHeightChanged: fit()
+    onScreenChanged: fit()
     Component.onCompleted: fit()
 }

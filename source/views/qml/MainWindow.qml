@@ -57,15 +57,20 @@ FittedWindow {
         }
     }
 
-    ContentView {
-        id: content
+    ScrolledView {
+        id: scroll
 
-        anchors.top: strip.bottom
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.leftMargin: Theme.space4
-        anchors.rightMargin: Theme.space4
-        store: window.store
+        anchors.fill: parent
+        anchors.topMargin: strip.height
+        contentHeight: content.implicitHeight
+
+        ContentView {
+            id: content
+
+            x: Theme.space4
+            width: scroll.width - 2 * Theme.space4
+            store: window.store
+        }
     }
 
     MenuShortcuts {

@@ -20,9 +20,14 @@ FittedWindow {
         onActivated: window.panel.close()
     }
 
-    UpdateView {
-        id: view
+    ScrolledView {
+        anchors.fill: parent
+        contentHeight: view.height
 
-        panel: window.panel
+        UpdateView {
+            id: view
+
+            panel: window.panel
+        }
     }
 }

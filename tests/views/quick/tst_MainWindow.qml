@@ -236,6 +236,53 @@ TestCase {
         tryCompare(content, "implicitHeight", closed);
     }
 
+    FittedWindow {
+        id: fitted
+
+        width: 240
+        fittingHeight: 200
+
+        ScrolledView {
+            id: scrolled
+
+            anchors.fill: parent
+            contentHeight: fitted.fittingHeight
+
+            Item { id: last; y: parent.height - 20; height: 20 }
+        }
+    }
+
+    function test_aWindowStaysOnItsScreen() {
+        const stands = (y, height) => {
+            tryCompare(fitted, "height", height);
+            tryCompare(fitted, "y", y);
+        };
+        fitted.show();
+        const room = ScreenRoom.around(fitted);
+        const bottom = room.y + room.height, low = bottom - 220;
+        fitted.y = low;
+        stands(low, 200);
+        fitted.fittingHeight = 400;
+        stands(bottom - 400, 400);
+        fitted.fittingHeight = 200;
+        stands(low, 200);
+        fitted.fittingHeight = 400;
+        stands(bottom - 400, 400);
+        fitted.y = 10;
+        stands(10, 400);
+        fitted.fittingHeight = 200;
+        stands(10, 200);
+
+        fitted.fittingHeight = room.height + 300;
+        stands(room.y, room.height);
+        fitted.requestActivate();
+        last.forceActiveFocus();
+        tryCompare(scrolled, "contentY", 300);
+        fitted.hide();
+        test.Window.window.requestActivate();
+        tryCompare(test.Window.window, "active", true);
+    }
+
     function test_theBadgeCountsTranscriptsWithoutACustomer() {
         app.show({ loggedIn: true, permitted: true, transcripts: 3 });
         const badge = part("badge");
