@@ -180,9 +180,18 @@ void BlockSequence::addList(BlockNode const& list, Children<Item> const& items, 
   }
 }
 
+std::vector<InlineRun> BlockSequence::runsOf(Children<InlineNode> const& content,
+                                             TextAttributes const& attributes) const {
+  auto runs = inlineRuns(content, environment_.theme, attributes, environment_.softBreakMode);
+  std::erase_if(runs, [this](InlineRun const& run) {
+    return run.image && !run.image->isFor(environment_.colorScheme);
+  });
+  return runs;
+}
+
 void BlockSequence::addLine(Drawable drawable, Children<InlineNode> const& content, int level,
                             Place const& in) {
-  auto runs = inlineRuns(content, environment_.theme, drawable.text, environment_.softBreakMode);
+  auto runs = runsOf(content, drawable.text);
   addText(std::move(drawable), {.runs = std::move(runs), .headingLevel = level}, in);
 }
 
@@ -193,6 +202,11 @@ void BlockSequence::addText(Drawable drawable, DrawnBlock::Text text, Place cons
 void BlockSequence::addParagraph(BlockNode::paragraph const& paragraph, Place const& in) {
   auto const& theme = environment_.theme;
   if (auto flow = imageFlow(paragraph.content)) {
+    std::erase_if(*flow, [this](auto const& item) {
+      auto const* image = std::get_if<RawImageData>(&item);
+      return image && !image->isFor(environment_.colorScheme);
+    });
+    if (flow->empty() && waitingMarkers_.empty()) return;
     put({.content = *std::move(flow), .drawable = theme.image(configuration(paragraph, in))}, in);
     return;
   }
@@ -228,7 +242,7 @@ void BlockSequence::addTable(BlockNode::table const& table, Place const& in) {
     for (auto const& cell : row.cells) {
       auto look =
           theme.tableCell({.row = grid.rows.size() - 1, .column = cells.size(), .label = label});
-      auto runs = inlineRuns(cell.content, theme, look.text, environment_.softBreakMode);
+      auto runs = runsOf(cell.content, look.text);
       cells.push_back({std::move(look), std::move(runs)});
     }
   }

@@ -48,6 +48,8 @@ class BlockSequence {
   void end(Open const& open);
   void add(BlockNode const& block, Place const& in);
   void addText(Drawable drawable, DrawnBlock::Text text, Place const& in);
+  [[nodiscard]] std::vector<InlineRun> runsOf(Children<InlineNode> const& content,
+                                              TextAttributes const& attributes) const;
   void addLine(Drawable drawable, Children<InlineNode> const& content, int level, Place const& in);
   void addParagraph(BlockNode::paragraph const& paragraph, Place const& in);
   void addCode(BlockNode::codeBlock const& code, Place const& in);

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "markdown/CodeSyntaxHighlighter.hpp"
+#include "markdown/RawImageData.hpp"
 #include "markdown/SoftBreak.hpp"
 #include "markdown/Theme.hpp"
 
@@ -12,6 +13,8 @@ namespace vek {
 /// What a document is drawn with beside its content. Who wants another look starts from this one.
 struct MarkdownEnvironment {
   Theme theme = Theme::standard();
+  /// Images that are for the other one are left out.
+  ColorScheme colorScheme = ColorScheme::light;
   SoftBreak::Mode softBreakMode = SoftBreak::Mode::space;
   CodeSyntaxHighlighter codeSyntaxHighlighter = plainTextHighlighter;
   /// How wide the label of a marker is, in points.

@@ -158,7 +158,7 @@ qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& cont
     if (shown.isLoaded()) {
       pictures_.push_back(
           {take(shown.sizeWithin(inner_.width())), shown.image, image->destination});
-    } else if (shown.isShown) {
+    } else {
       std::vector<InlineRun> const alt = {{image->alt, block_.drawable.text, image->destination}};
       TextPiece piece(alt, block_.drawable, context, inner_.width(), start);
       piece.layOut(inner_.width(), TextPiece::Wrapping::anywhere);

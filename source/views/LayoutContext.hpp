@@ -12,11 +12,9 @@ namespace vek {
 
 /// What there is to see of an image now.
 struct ShownImage {
-  /// False where the image is not for this colour scheme: then it takes no room.
-  bool isShown = true;
   QImage image = {};
 
-  [[nodiscard]] bool isLoaded() const { return isShown && !image.isNull(); }
+  [[nodiscard]] bool isLoaded() const { return !image.isNull(); }
   /// In points, made smaller where there is less room.
   [[nodiscard]] QSizeF sizeWithin(qreal room) const;
 };

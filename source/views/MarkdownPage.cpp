@@ -95,8 +95,12 @@ void MarkdownPage::setColors(QVariantMap const& colors) {
   if (colors == colors_) return;
   colors_ = colors;
   layout_.setColors(MarkdownColors::from(colors));
-  // Some images are for one of the schemes only.
-  imagesChanged();
+  auto const scheme =
+      colors.value(QStringLiteral("isDark")).toBool() ? ColorScheme::dark : ColorScheme::light;
+  bool const isOther = std::exchange(environment_.colorScheme, scheme) != scheme;
+  bool const hasOtherImages = isOther && content_.contains(u"-mode-only");
+  if (hasOtherImages && isComponentComplete()) makeDocument();
+  polish();
   Q_EMIT colorsChanged();
   update();
 }
@@ -141,13 +145,8 @@ AccessibleDocument& MarkdownPage::accessibleDocument() {
 }
 
 ShownImage MarkdownPage::shownImage(RawImageData const& image, ImagePlace place) {
-  auto const url = urlOf(image);
-  auto const other = colors_.value(QStringLiteral("isDark")).toBool()
-                         ? QStringLiteral("gh-light-mode-only")
-                         : QStringLiteral("gh-dark-mode-only");
-  if (url.fragment() == other) return {.isShown = false};
   auto const& provider = place == ImagePlace::block ? imageProvider_ : inlineImageProvider_;
-  return {.image = provider(url)};
+  return {.image = provider(urlOf(image))};
 }
 
 void MarkdownPage::geometryChange(QRectF const& now, QRectF const& before) {

@@ -63,7 +63,7 @@ TextPiece::TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawabl
     Range const range{static_cast<int>(text.size()), static_cast<int>(part.size())};
     auto fonts = fontsOf(run.attributes.font, part);
     auto const shown = run.image ? context.shown(*run.image, ImagePlace::inLine) : ShownImage{};
-    if (shown.isLoaded() || !shown.isShown) {
+    if (shown.isLoaded()) {
       // Blanks that together are as wide keep its place, so that positions do not change by it.
       pictures_.push_back({range, shown.image, shown.sizeWithin(room), run.destination});
       part.fill(QChar::Nbsp);

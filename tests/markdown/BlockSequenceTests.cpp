@@ -114,6 +114,27 @@ TEST(BlockSequence, RawHTMLIsTextApartFromTheLineBreak) {
   EXPECT_EQ(textOf(drawn("<div>a</BR >b < c <br\n")[0]), "<div>a\nb < c <br");
 }
 
+TEST(BlockSequence, ImagesOfTheOtherColourSchemeAreLeftOut) {
+  auto const texts = [](ColorScheme scheme) {
+    MarkdownEnvironment environment;
+    environment.colorScheme = scheme;
+    std::string all;
+    for (auto const& block : drawn("a ![b](c#gh-dark-mode-only)\n\n![d](e#gh-light-mode-only)"
+                                   "\n\n[![f](g#gh-dark-mode-only)](h) ![i](j#k)",
+                                   environment)) {
+      if (auto const* flow = std::get_if<ImageFlow>(&block.content)) {
+        for (auto const& item : *flow) all += std::get<RawImageData>(item).alt;
+      } else {
+        all += textOf(block);
+      }
+      all += "|";
+    }
+    return all;
+  };
+  EXPECT_EQ(texts(ColorScheme::light), "a |d|i|");
+  EXPECT_EQ(texts(ColorScheme::dark), "a b|fi|");
+}
+
 TEST(BlockSequence, WhatNestsWithoutEndIsDrawnWithoutRecursion) {
   Children<BlockNode> nested = {BlockNode::paragraph{{InlineNode::text{"a"}}}};
   for (int depth = 0; depth < 20'000; ++depth) {

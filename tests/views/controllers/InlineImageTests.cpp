@@ -73,12 +73,6 @@ TEST_F(InlineImageTest, IsNeverWiderThanItsRoom) {
   EXPECT_LE(rectOf(QString(QChar::ObjectReplacementCharacter)).width(), width);
 }
 
-TEST_F(InlineImageTest, TakesNoRoomInTheOtherColourScheme) {
-  shown.isShown = false;
-  show("before ![a picture](a.png) after");
-  EXPECT_NEAR(rectOf("a picture").width(), 0, 1);
-}
-
 TEST_F(InlineImageTest, LeadsWhereItsLinkLeads) {
   show("before [![a picture](a.png)](https://a.org) after");
   arrive({40, 60});

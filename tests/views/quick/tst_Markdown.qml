@@ -175,7 +175,9 @@ TestCase {
         verify(page.rectOf("light").height > 0);
         compare(page.rectOf("dark").height, 0);
         const end = page.rectOf("end").y;
+        compare(page.plainText, "light\n\nend");
         Theme.isDark = true;
+        waitForItemPolished(page);
         compare(page.rectOf("light").height, 0);
         verify(page.rectOf("dark").height > 0);
         compare(page.rectOf("end").y, end);
