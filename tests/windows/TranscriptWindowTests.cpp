@@ -70,7 +70,7 @@ class TranscriptWindow : public testing::Test {
 
 TEST_F(TranscriptWindow, ShowsWhatCameAfterAFailureAndItsCustomerInTheListToo) {
   openWhatFailed();
-  EXPECT_TRUE(reader.shows("description: 1 transcripts without a customer")) << reader.tree();
+  EXPECT_TRUE(reader.shows("description: 1 transcript without a customer")) << reader.tree();
 
   endpoint.isSilent = false;
   endpoint.answer(200, worth);
@@ -89,7 +89,7 @@ TEST_F(TranscriptWindow, ShowsWhatCameAfterAFailureAndItsCustomerInTheListToo) {
   ASSERT_TRUE(reader.press("Assign " + customer));
   EXPECT_TRUE(reader.reads(", " + customer + ": My invoice")) << "the cell follows\n"
                                                               << reader.tree();
-  EXPECT_TRUE(hides("description: 1 transcripts without a customer"));
+  EXPECT_TRUE(hides("description: 1 transcript without a customer"));
   EXPECT_TRUE(hides("combo box: Customer"));
   EXPECT_TRUE(hides("push button: Assign " + customer));
 }
