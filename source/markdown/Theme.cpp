@@ -82,7 +82,7 @@ Drawable taskListMarker(TaskListMarkerConfiguration const& task) {
 }
 
 Drawable table(BlockConfiguration const& table) {
-  auto drawable = table.label.margins(0.0, em(1));
+  auto drawable = table.label.margins(em(1.25), em(1.25));
   drawable.border = ThemeColor::border;
   return drawable;
 }
@@ -120,7 +120,7 @@ Theme makeStandard() {
       .emphasis = {.style = FontProperties::Style::italic},
       .strong = {.weight = FontProperties::Weight::semibold},
       .strikethrough = {.isStruckThrough = true},
-      .link = {.foreground = ThemeColor::link},
+      .link = {.foreground = ThemeColor::link, .isUnderlined = true},
       .headings = headings(),
       .paragraph = paragraph,
       .blockquote = blockquote,

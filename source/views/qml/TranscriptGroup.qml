@@ -17,8 +17,8 @@ Item {
     signal menuRequested(MarkdownPage page, real x, real y)
 
     readonly property int padding: Theme.space4
-    /// Longer lines are hard to follow.
-    readonly property int measure: 680
+    /// Some 85 letters: longer lines are hard to follow.
+    readonly property int measure: 560
 
     implicitHeight: 2 * Theme.space3 + 2 * padding
                     + (markdown.visible ? markdown.implicitHeight : overlayHeight)
