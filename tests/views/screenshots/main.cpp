@@ -2,6 +2,7 @@
 // vek_screenshots FOLDER: draws every state of the windows into FOLDER/NAME-SCHEME-SCALEx.png.
 // The scheme is that of VEK_COLOR_SCHEME, the scale that of QT_SCALE_FACTOR.
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QLocale>
@@ -115,6 +116,12 @@ class Camera {
     std::exit(1);
   }
 
+  /// Puts the text of what is on a picture beside it, for others to draw.
+  void keepText(QString const& text, QString const& name) const {
+    QFile file(folder_.filePath(name + QStringLiteral(".md")));
+    if (file.open(QIODevice::WriteOnly)) file.write(text.toUtf8());
+  }
+
  private:
   /// With nothing where the round corners of a window without a frame leave the desktop in view.
   static QImage picture(QQuickWindow& window) {
@@ -178,6 +185,7 @@ void takeTranscripts(QQmlEngine& engine, Camera const& camera) {
                                 Q_ARG(QString, {}), Q_ARG(QString, "md"));
     }
     camera.take(*window, shot.name);
+    camera.keepText(shot.facts["analysis"].toString(), shot.name);
   }
 }
 
