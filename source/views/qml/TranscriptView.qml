@@ -57,7 +57,15 @@ Item {
         }
     }
 
+    FadeIn { item: loading }
+    FadeIn { item: failed }
+    FadeIn { item: scroll }
+    FadeIn { item: analysis }
+    FadeIn { item: analysis.markdown }
+
     ProgressIndicator {
+        id: loading
+
         objectName: "transcriptProgress"
         anchors.centerIn: scroll
         size: 24
@@ -65,6 +73,8 @@ Item {
     }
 
     TranscriptErrorView {
+        id: failed
+
         objectName: "transcriptError"
         anchors.fill: scroll
         anchors.margins: Theme.space4

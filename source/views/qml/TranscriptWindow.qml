@@ -14,6 +14,15 @@ Window {
     minimumHeight: 300
     color: Theme.window
 
+    // Comes as a small window beside a larger one does: at once, and without a movement. Elsewhere
+    // this is the desktop's to decide.
+    NumberAnimation on opacity {
+        running: Qt.platform.pluginName === "xcb"
+        from: 0
+        to: 1
+        duration: Theme.quick
+    }
+
     TranscriptView {
         objectName: "transcriptView"
         anchors.fill: parent

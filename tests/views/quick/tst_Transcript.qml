@@ -55,6 +55,14 @@ TestCase {
         compare(part("words").text, row.facts.text === "a" ? "a" : "NO CONTENT");
     }
 
+    function test_whatComesComesGently() {
+        transcript.show({ loading: true });
+        tryCompare(part("transcriptProgress"), "opacity", 1);
+        transcript.show(both);
+        verify(part("transcriptScroll").opacity < 1);
+        tryCompare(part("transcriptScroll"), "opacity", 1);
+    }
+
     function test_whatIsShownFollowsTheAnalysis_data() {
         return [
             { tag: "initial", facts: {}, shows: [] },
