@@ -3,10 +3,10 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <set>
 #include <string_view>
 
+#include "platform/Number.hpp"
 #include "services/support/HTTPMessage.hpp"
 
 namespace vek::services {
@@ -23,10 +23,8 @@ void require(std::string_view name, std::string_view value, std::string_view onl
 
 std::uint32_t number(std::string_view name, std::string_view value, std::uint32_t least,
                      std::uint32_t most) {
-  std::uint32_t read = 0;
-  auto const [end, error] = std::from_chars(value.data(), value.data() + value.size(), read);
-  bool const isNumber = error == std::errc() && end == value.data() + value.size();
-  if (isNumber && read >= least && read <= most) return read;
+  auto const read = vek::number<std::uint32_t>(value);
+  if (read && *read >= least && *read <= most) return *read;
   throw badItem(name, value, fmt::format("a number from {} to {}", least, most));
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Deployment.hpp"
 
-#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
@@ -13,6 +12,7 @@
 
 #include "platform/Files.hpp"
 #include "platform/Folders.hpp"
+#include "platform/Number.hpp"
 
 namespace vek {
 namespace {
@@ -39,12 +39,8 @@ boost::json::object readObject(std::filesystem::path const& file) {
 }
 
 std::chrono::seconds readSeconds(std::filesystem::path const& file, std::string const& text) {
-  std::uint32_t count = 0;
-  auto const* const end = text.data() + text.size();
-  auto const [read, error] = std::from_chars(text.data(), end, count);
-  if (error != std::errc() || read != end || count == 0) {
-    throw badFile(file, fmt::format("\"{}\" is no number of seconds", text));
-  }
+  auto const count = number<std::uint32_t>(text).value_or(0);
+  if (count == 0) throw badFile(file, fmt::format("\"{}\" is no number of seconds", text));
   return std::chrono::seconds(count);
 }
 

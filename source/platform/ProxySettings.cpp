@@ -6,11 +6,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <initializer_list>
 #include <span>
 
+#include "platform/Number.hpp"
 #include "platform/URLComponents.hpp"
 
 namespace vek {
@@ -47,12 +47,10 @@ bool isInNetwork(std::string_view network, Address const& address) {
   auto const slash = network.find('/');
   auto const base = addressOf(network.substr(0, slash));
   if (!base || base->bits != address.bits) return false;
-  unsigned bits = base->bits;
-  if (slash != std::string_view::npos) {
-    auto const* const end = network.data() + network.size();
-    if (std::from_chars(network.data() + slash + 1, end, bits).ptr != end) return false;
-  }
-  if (bits > base->bits) return false;
+  auto const length =
+      slash == network.npos ? base->bits : number<unsigned>(network.substr(slash + 1));
+  if (!length || *length > base->bits) return false;
+  auto const bits = *length;
   auto const whole = std::span(base->bytes).first(bits / 8);
   if (!std::ranges::equal(whole, std::span(address.bytes).first(bits / 8))) return false;
   unsigned const rest = bits % 8;

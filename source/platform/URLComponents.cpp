@@ -2,10 +2,11 @@
 #include "platform/URLComponents.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include <fmt/format.h>
+
+#include "platform/Number.hpp"
 
 namespace vek {
 namespace {
@@ -86,11 +87,7 @@ std::string_view URLComponents::portText() const {
 }
 
 std::optional<std::uint16_t> URLComponents::port() const {
-  std::string_view const text = portText();
-  std::uint16_t number = 0;
-  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
+  return number<std::uint16_t>(portText());
 }
 
 std::string URLComponents::target() const {

@@ -2,7 +2,8 @@
 #include "platform/Version.hpp"
 
 #include <algorithm>
-#include <charconv>
+
+#include "platform/Number.hpp"
 
 namespace vek {
 namespace {
@@ -19,13 +20,6 @@ std::vector<std::string_view> split(std::string_view text) {
   return parts;
 }
 
-std::optional<std::uint32_t> number(std::string_view text) {
-  std::uint32_t number = 0;
-  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
 bool isWord(std::string_view text) {
   auto const isWordCharacter = [](char c) {
     return c == '-' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -35,8 +29,8 @@ bool isWord(std::string_view text) {
 
 /// Numbers come before other words and stand in the order of their values.
 std::strong_ordering compareWords(std::string const& one, std::string const& other) {
-  auto const first = number(one);
-  auto const second = number(other);
+  auto const first = number<std::uint32_t>(one);
+  auto const second = number<std::uint32_t>(other);
   if (first && second) return *first <=> *second;
   if (first || second) return first ? std::strong_ordering::less : std::strong_ordering::greater;
   return one <=> other;
@@ -50,7 +44,7 @@ std::optional<Version> Version::parse(std::string_view text) {
   version.text_ = text;
   auto const hyphen = text.find('-');
   for (auto const part : split(text.substr(0, hyphen))) {
-    auto const value = number(part);
+    auto const value = number<std::uint32_t>(part);
     if (!value) return std::nullopt;
     version.numbers_.push_back(*value);
   }
