@@ -1,29 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "support/NotificationDaemon.hpp"
 
-#include <systemd/sd-bus.h>
-
-#include <memory>
 #include <stdexcept>
 #include <thread>
+
+#include "support/BusConnection.hpp"
 
 namespace vek::test {
 
 namespace {
 
 using namespace std::chrono_literals;
-using Bus = std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)>;
 
 constexpr auto name = "org.freedesktop.Notifications";
-
-Bus connectTo(std::string const& address) {
-  sd_bus* bus = nullptr;
-  bool const isUp = sd_bus_new(&bus) >= 0 && sd_bus_set_address(bus, address.c_str()) >= 0 &&
-                    sd_bus_set_bus_client(bus, 1) >= 0 && sd_bus_start(bus) >= 0;
-  Bus owned(bus, &sd_bus_flush_close_unref);
-  if (!isUp) throw std::runtime_error("no connection to the session bus");
-  return owned;
-}
 
 }  // namespace
 

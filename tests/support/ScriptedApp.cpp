@@ -9,33 +9,14 @@
 #include <utility>
 #include <vector>
 
-#include "runtime/Describe.hpp"
+#include "support/Script.hpp"
 
 namespace vek::test {
-
-struct ScriptedApp::Script {
-  AppFeature::State next;
-  QStringList sent;
-};
 
 namespace {
 
 using State = AppFeature::State;
 using Action = AppFeature::Action;
-
-struct Reducer {
-  std::shared_ptr<AppFeature::State> next;
-  std::shared_ptr<QStringList> sent;
-
-  Effect<Action> reduce(State& state, Action const& action) const {
-    if (std::holds_alternative<Action::start>(action.value)) {
-      state = *next;
-    } else {
-      sent->append(QString::fromStdString(describe(action)));
-    }
-    return Effect<Action>::none();
-  }
-};
 
 std::optional<ErrorObject> error(QVariant const& text) {
   if (!text.isValid()) return std::nullopt;
@@ -94,9 +75,11 @@ QVariantList manyTranscripts(int count, int unassigned) {
 
 }  // namespace
 
+/// No view starts the program.
+struct ScriptedApp::Script : test::Script<State, Action, Action::start> {};
+
 ScriptedApp::ScriptedApp() : script_(std::make_shared<Script>()) {
-  Reducer const reducer{{script_, &script_->next}, {script_, &script_->sent}};
-  root_ = Store<State, Action>::make(State{}, [&] { return reducer; });
+  root_ = Store<State, Action>::make(State{}, [&] { return Script::Reducer{script_}; });
   store_ = std::make_unique<AppStore>(root_);
 }
 

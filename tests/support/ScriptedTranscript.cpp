@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "runtime/Describe.hpp"
+#include "support/Script.hpp"
 
 namespace vek::test {
 
@@ -15,9 +15,6 @@ using State = TranscriptFeature::State;
 using Action = TranscriptFeature::Action;
 
 UUID const known = UUID::parse("00000000-0000-0000-0000-000000000001").value();
-
-/// Stands for the change of state: no view sends it.
-using Change = TranscriptFeature::InternalAction;
 
 TranscriptContentState content(QVariantMap const& facts, char const* text, char const* loading,
                                char const* error) {
@@ -40,34 +37,11 @@ State initial() {
 
 }  // namespace
 
-struct ScriptedTranscript::Script {
-  State next = initial();
-  QStringList sent;
-};
-
-namespace {
-
-struct Reducer {
-  std::shared_ptr<State> next;
-  std::shared_ptr<QStringList> sent;
-
-  Effect<Action> reduce(State& state, Action const& action) const {
-    if (std::holds_alternative<Action::internal>(action.value)) {
-      auto identity = state.identity;
-      state = *next;
-      state.identity = std::move(identity);
-    } else {
-      sent->append(QString::fromStdString(describe(action)));
-    }
-    return Effect<Action>::none();
-  }
-};
-
-}  // namespace
+/// No view sends what happens inside.
+struct ScriptedTranscript::Script : test::Script<State, Action, Action::internal> {};
 
 ScriptedTranscript::ScriptedTranscript() : script_(std::make_shared<Script>()) {
-  Reducer const reducer{{script_, &script_->next}, {script_, &script_->sent}};
-  root_ = Store<State, Action>::make(initial(), [&] { return reducer; });
+  root_ = Store<State, Action>::make(initial(), [&] { return Script::Reducer{script_}; });
   store_ = std::make_unique<TranscriptStore>(root_);
 }
 
@@ -83,8 +57,9 @@ void ScriptedTranscript::show(QVariantMap const& facts) {
   state.assigningCustomer = facts["assigning"].toBool();
   if (facts.contains("selected"))
     state.selectedCustomer = state.customers[static_cast<std::size_t>(facts["selected"].toInt())];
+  state.identity = root_->state().identity;
   script_->next = std::move(state);
-  root_->send(Action::internal{Change::setError{}});
+  root_->send(Action::internal{TranscriptFeature::InternalAction::setError{}});
 }
 
 void ScriptedTranscript::forgetSent() {

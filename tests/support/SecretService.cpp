@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "support/SecretService.hpp"
 
-#include <systemd/sd-bus.h>
-
 #include <chrono>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "support/BusConnection.hpp"
+
 namespace vek::test {
 
 namespace {
-
-using Bus = std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)>;
 
 constexpr std::chrono::seconds startTimeout{20};
 constexpr auto serviceName = "org.freedesktop.secrets";
@@ -23,15 +20,6 @@ constexpr auto servicePath = "/org/freedesktop/secrets";
 constexpr auto serviceInterface = "org.freedesktop.Secret.Service";
 constexpr auto collection = "/org/freedesktop/secrets/collection/login";
 constexpr std::string_view password = "password";
-
-Bus connectTo(std::string const& address) {
-  sd_bus* bus = nullptr;
-  bool const isUp = sd_bus_new(&bus) >= 0 && sd_bus_set_address(bus, address.c_str()) >= 0 &&
-                    sd_bus_set_bus_client(bus, 1) >= 0 && sd_bus_start(bus) >= 0;
-  Bus owned(bus, &sd_bus_flush_close_unref);
-  if (!isUp) throw std::runtime_error("no connection to the session bus");
-  return owned;
-}
 
 void require(int status, char const* what) {
   if (status < 0) throw std::runtime_error(std::string("the keyring did not ") + what);
