@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/Application.hpp"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "features/Application.hpp"
@@ -116,6 +118,8 @@ int runApplication(int argumentCount, char** arguments, std::vector<std::string>
   // The program lives in the status area: that its windows are closed does not end it.
   QGuiApplication::setQuitOnLastWindowClosed(false);
   QGuiApplication application(argumentCount, arguments);
+  // The first text asks which fonts there are. They are looked up while all before it is made.
+  std::jthread const fonts([] { static_cast<void>(QFontDatabase::hasFamily(QString())); });
   prepareViews();
   MainQueueDriver::start();
   AppDelegate delegate;
