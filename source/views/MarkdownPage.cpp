@@ -29,6 +29,14 @@ double markerWidth(Drawable const& marker) {
       .horizontalAdvance(QString::fromStdString(marker.label));
 }
 
+/// Of the line around a link that has the focus.
+constexpr qreal focusWidth = 2;
+constexpr qreal focusRadius = 4;
+
+bool isReturn(QKeyEvent const& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 }  // namespace
 
 MarkdownPage::MarkdownPage(QQuickItem* parent)
@@ -43,6 +51,7 @@ MarkdownPage::MarkdownPage(QQuickItem* parent)
   layout_.setImages([this](auto const& image, auto place) { return shownImage(image, place); });
   connect(&images_, &DocumentImages::changed, this, &MarkdownPage::imageCame);
   connect(this, &MarkdownPage::baseURLChanged, this, &MarkdownPage::imagesChanged);
+  connect(this, &MarkdownPage::baseURLChanged, this, [this] { focusedLink_.forget(); });
   measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
@@ -129,6 +138,7 @@ void MarkdownPage::makeDocument() {
   accessibleDocument_.reset();
   layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
                              : BlockSequence::of(MarkdownContent(text), environment_));
+  focusedLink_.forget();
   setSelection(0, 0);
   find();
   polish();
@@ -267,10 +277,19 @@ void MarkdownPage::paint(QPainter* painter) {
     highlights.push_back({from, to, colors.selection, colors.primary});
   }
   layout_.draw(*painter, scroll_, scroll_ + height(), highlights);
+  if (auto const* link = focusedLink_.present()) {
+    painter->setPen(QPen(colors.link, focusWidth));
+    painter->setBrush(Qt::NoBrush);
+    for (auto const& rect : layout_.rectsOf(link->from, link->to)) {
+      painter->drawRoundedRect(rect.adjusted(-focusWidth, 0, focusWidth, 0), focusRadius,
+                               focusRadius);
+    }
+  }
 }
 
 void MarkdownPage::mousePressEvent(QMouseEvent* event) {
   forceActiveFocus(Qt::MouseFocusReason);
+  focusedLink_.leave();
   if (event->button() == Qt::RightButton) {
     Q_EMIT menuRequested(event->position().x(), event->position().y());
     return;
@@ -317,15 +336,18 @@ void MarkdownPage::mouseDoubleClickEvent(QMouseEvent* event) {
 void MarkdownPage::hoverMoveEvent(QHoverEvent* event) {
   auto const point = inDocument(event->position());
   auto const link = layout_.linkAt(point);
-  setHoveredLink(link ? QString::fromStdString(*link) : QString());
-  setCursor(link ? Qt::PointingHandCursor : Qt::IBeamCursor);
+  auto const url = link ? allowedLink(baseURL_, QString::fromStdString(*link)) : QUrl();
+  setHoveredLink(url);
+  setCursor(url.isValid() ? Qt::PointingHandCursor : Qt::IBeamCursor);
 }
 
 void MarkdownPage::hoverLeaveEvent(QHoverEvent* /*event*/) {
   setHoveredLink({});
 }
 
-void MarkdownPage::setHoveredLink(QString const& link) {
+void MarkdownPage::setHoveredLink(QUrl const& url) {
+  auto const* focused = focusedLink_.present();
+  auto const link = (focused && !url.isValid() ? focused->url : url).toString();
   if (link == hoveredLink_) return;
   hoveredLink_ = link;
   Q_EMIT hoveredLinkChanged();
@@ -346,9 +368,38 @@ void MarkdownPage::keyPressEvent(QKeyEvent* event) {
     copy();
   } else if (event->matches(QKeySequence::SelectAll)) {
     selectAll();
+  } else if (event->key() == Qt::Key_Tab) {
+    event->setAccepted(moveToLink(FocusedLink::Step::next));
+  } else if (event->key() == Qt::Key_Backtab) {
+    event->setAccepted(moveToLink(FocusedLink::Step::previous));
+  } else if (auto const* link = focusedLink_.present(); link && isReturn(*event)) {
+    Q_EMIT linkActivated(link->url);
   } else {
     QQuickPaintedItem::keyPressEvent(event);
   }
+}
+
+void MarkdownPage::focusInEvent(QFocusEvent* event) {
+  QQuickPaintedItem::focusInEvent(event);
+  if (event->reason() == Qt::TabFocusReason) moveToLink(FocusedLink::Step::next);
+  if (event->reason() == Qt::BacktabFocusReason) moveToLink(FocusedLink::Step::previous);
+}
+
+void MarkdownPage::focusOutEvent(QFocusEvent* event) {
+  QQuickPaintedItem::focusOutEvent(event);
+  if (!focusedLink_.present()) return;
+  focusedLink_.leave();
+  setHoveredLink({});
+  update();
+}
+
+bool MarkdownPage::moveToLink(FocusedLink::Step step) {
+  focusedLink_.move(layout_, baseURL_, step);
+  setHoveredLink({});
+  update();
+  auto const* link = focusedLink_.present();
+  if (link) reveal(link->from, link->to);
+  return link != nullptr;
 }
 
 }  // namespace vek

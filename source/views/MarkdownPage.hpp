@@ -17,6 +17,7 @@
 #include "views/AccessibleDocument.hpp"
 #include "views/DocumentImages.hpp"
 #include "views/DocumentLayout.hpp"
+#include "views/FocusedLink.hpp"
 
 namespace vek {
 
@@ -44,6 +45,7 @@ class MarkdownPage : public QQuickPaintedItem {
   /// The document's text without its marks.
   Q_PROPERTY(QString plainText READ plainText NOTIFY documentChanged)
   Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
+  /// Where the link leads that is under the pointer, or else has the focus; empty for nowhere.
   Q_PROPERTY(QString hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
   /// What is looked for, how often it is there, and which of these is the present one, or -1.
   Q_PROPERTY(QString searched READ searched WRITE setSearched NOTIFY foundChanged)
@@ -128,6 +130,8 @@ class MarkdownPage : public QQuickPaintedItem {
   void hoverLeaveEvent(QHoverEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   void makeDocument();
@@ -135,9 +139,10 @@ class MarkdownPage : public QQuickPaintedItem {
   [[nodiscard]] QUrl urlOf(RawImageData const& image) const;
   [[nodiscard]] ShownImage shownImage(RawImageData const& image, ImagePlace place);
   void measured();
-  void setHoveredLink(QString const& link);
+  void setHoveredLink(QUrl const& url);
   void find();
   void showFound();
+  bool moveToLink(FocusedLink::Step step);
   [[nodiscard]] QPointF inDocument(QPointF point) const { return {point.x(), point.y() + scroll_}; }
 
   DocumentImages images_;
@@ -159,6 +164,7 @@ class MarkdownPage : public QQuickPaintedItem {
   qsizetype anchor_ = 0;
   qsizetype cursor_ = 0;
   QString hoveredLink_;
+  FocusedLink focusedLink_;
   QString pressedLink_;
   QString searched_;
   std::vector<Range> found_;

@@ -15,6 +15,8 @@ Item {
     /// Of what stands in place of the text.
     property real overlayHeight: 0
     signal menuRequested(MarkdownPage page, real x, real y)
+    /// No program opened it.
+    signal linkFailed(url link)
 
     readonly property int padding: Theme.space4
     /// Some 85 letters: longer lines are hard to follow.
@@ -49,7 +51,10 @@ Item {
                 else if (top + height > view.contentY + view.height - margin)
                     view.contentY = Math.min(bottom, top + height + margin - view.height);
             }
-            onLinkActivated: link => Qt.openUrlExternally(link)
+            onLinkActivated: link => {
+                if (!Qt.openUrlExternally(link))
+                    group.linkFailed(link);
+            }
             page.onMenuRequested: (x, y) => group.menuRequested(markdown.page, x, y)
         }
     }

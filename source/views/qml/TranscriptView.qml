@@ -94,7 +94,20 @@ Item {
         contentHeight: groups.height + (view.isAssigning ? bar.height : 0)
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        focus: true
         T.ScrollBar.vertical: ThinScrollBar {}
+        Keys.onPressed: event => {
+            const page = height - Theme.space6;
+            const steps = {
+                [Qt.Key_Up]: -Theme.space6, [Qt.Key_Down]: Theme.space6,
+                [Qt.Key_PageUp]: -page, [Qt.Key_PageDown]: page,
+                [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight
+            };
+            const step = steps[event.key] ?? 0;
+            event.accepted = step !== 0;
+            if (event.accepted)
+                contentY = Math.max(0, Math.min(contentHeight - height, contentY + step));
+        }
 
         Column {
             id: groups
@@ -115,6 +128,7 @@ Item {
                 markdown.visible: view.store.analysisState === TextState.Content
                 overlayHeight: Math.max(progress.height, failure.visible ? failure.implicitHeight : 0)
                 onMenuRequested: (page, x, y) => menu.openOn(page, x, y)
+                onLinkFailed: link => notice.show(qsTr("No program opened %1").arg(link))
 
                 ProgressIndicator {
                     id: progress

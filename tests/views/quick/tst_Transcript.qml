@@ -29,6 +29,7 @@ TestCase {
         transcript.show({});
         transcript.forgetSent();
         part("findBar").close();
+        part("transcriptScroll").contentY = 0;
     }
 
     function part(name: string): Item {
@@ -185,6 +186,40 @@ TestCase {
         compare(part("linkTarget").visible, true);
         mouseMove(page, page.width - 1, link.y + link.height / 2);
         tryCompare(part("linkTarget"), "visible", false);
+    }
+
+    function test_theKeyboardScrollsAndFollowsLinks() {
+        transcript.show({
+            text: "Said ".repeat(2000), assigned: true,
+            analysis: "[bad](javascript:a) [one](https://a.org)\n\n" + "a\n\n".repeat(50)
+                      + "[two](https://c.org)"
+        });
+        const scroll = part("transcriptScroll"), page = part("analysis").markdown.page;
+        const target = part("linkTarget"), end = () => scroll.contentHeight - scroll.height;
+        tryVerify(() => end() > 2000);
+        scroll.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        verify(scroll.contentY > 0 && scroll.contentY < 100);
+        keyClick(Qt.Key_PageDown);
+        verify(scroll.contentY > 300);
+        keyClick(Qt.Key_End);
+        compare(scroll.contentY, end());
+        keyClick(Qt.Key_Home);
+        compare(scroll.contentY, 0);
+
+        page.forceActiveFocus(Qt.TabFocusReason);
+        compare(target.link, "https://a.org");
+        keyClick(Qt.Key_Tab);
+        compare(target.link, "https://c.org");
+        verify(scroll.contentY > 300, "a link is brought into view");
+        keyClick(Qt.Key_Return);
+        tryCompare(part("notice"), "visible", true, 5000, "nothing opens links here, and that is told");
+        keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+        compare(target.link, "https://a.org");
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Tab);
+        compare(target.visible, false);
+        compare(page.activeFocus, false, "behind the last link comes what follows");
     }
 
     function test_itIsKeptInAFileOfTheNameThatIsGiven() {
