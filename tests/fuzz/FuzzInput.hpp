@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iostream>
+#include <source_location>
 #include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
@@ -16,8 +18,10 @@ inline std::string_view text(std::uint8_t const* data, std::size_t size) {
 }
 
 /// Ends the fuzzer, which then keeps the input, unless `holds`.
-inline void expect(bool holds) {
-  if (!holds) std::abort();
+inline void expect(bool holds, std::source_location where = std::source_location::current()) {
+  if (holds) return;
+  std::cerr << where.file_name() << ':' << where.line() << ": not as expected\n";
+  std::abort();
 }
 
 }  // namespace vek::test
