@@ -55,6 +55,7 @@ ButtonColumn {
             function onIsRecordingChanged() { elapsed.refresh(); }
         }
         Timer {
+            objectName: "clock"
             interval: 1000
             repeat: true
             triggeredOnStart: true

@@ -99,6 +99,10 @@ TestCase {
             tryCompare(button.menu, isOpen ? "opened" : "visible", isOpen);
         }
         const menu = button.menu;
+        const shown = Array.from({ length: menu.count }, (_, i) => menu.itemAt(i))
+            .map(entry => entry.text ? entry.text + " " + entry.shortcut : "-");
+        compare(shown, ["About VEK ", "-", "Check for Updates… Ctrl+,", "Settings… Ctrl+,", "-",
+                        "Quit VEK Ctrl+Q"]);
         keyClick(Qt.Key_Comma, Qt.ControlModifier);
         tryCompare(menu, "visible", false);
         mouseClick(button);
@@ -219,6 +223,10 @@ TestCase {
         compare(part("transcript").text, "Hello");
         compare([part("recordButton").y, part("elapsedTime").y, part("transcript").y], before);
         tryCompare(part("elapsedTime"), "text", "01:06", 2500);
+        const clock = findChild(part("elapsedTime"), "clock");
+        compare(clock.running, true);
+        app.show({ loggedIn: true, permitted: true });
+        compare(clock.running, false);
     }
 
     function test_theListMovesInAndOutAndSurvivesALogout() {
