@@ -16,7 +16,9 @@ Window {
 
     function fit() {
         const room = ScreenRoom.around(window);
-        const wanted = Math.min(fittingHeight, room.height);
+        // Of whole pixels at fractional scales too, or the lower edge would be a line of nothing.
+        const step = Screen.devicePixelRatio % 1 === 0 ? 1 : 4;
+        const wanted = Math.min(Math.ceil(fittingHeight / step) * step, room.height);
         // Before it grows it has to be allowed to: window managers keep a window within its bounds.
         minimumHeight = 0;
         maximumHeight = wanted;

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLocale>
 #include <QPainter>
+#include <QQuickItem>
 #include <QTest>
 
 #include <cstdio>
@@ -29,6 +30,8 @@ struct Shot {
   QVariantMap facts;
   bool isShowingList = false;
   bool isShowingMenu = false;
+  /// What has the keyboard's focus.
+  QString focus = {};
 };
 
 /// A little more than that of windows, whose edges are blended with black here.
@@ -76,11 +79,20 @@ std::vector<Shot> shots() {
        with({{"recording", said}, {"elapsed", 4271}, {"transcripts", 9}, {"unassigned", 1}})},
       {"error", with({{"recordingError", refusal}})},
       {"error-long", with({{"transcriptsError", longRefusal}})},
+      {"errors", with({{"permissionsError", longRefusal},
+                       {"recordingError", longRefusal},
+                       {"sessionError", longRefusal},
+                       {"transcriptsError", refusal}})},
       {"list-empty", with({}), true},
       {"list-loading", with({{"refreshing", true}}), true},
       {"list", with({{"cells", cells}}), true},
       {"list-states", with({{"cells", QVariantList(cells.begin() + 2, cells.end())}}), true},
       {"menu", with({{"cells", cells}}), false, true},
+      {"focus-login", {}, false, false, "loginButton"},
+      {"focus-record", with({}), false, false, "recordButton"},
+      {"focus-list-button", with({{"cells", cells}}), true, false, "listButton"},
+      {"focus-cell", with({{"cells", cells}}), true, false, "transcripts"},
+      {"focus-menu-button", with({}), false, false, "menuButton"},
   };
 }
 
@@ -143,6 +155,18 @@ class Camera {
   QDir folder_;
 };
 
+/// As with the tabulator key.
+void focus(QQuickWindow& window, QString const& name) {
+  if (name.isEmpty()) return;
+  if (auto* item = window.findChild<QQuickItem*>(name)) item->forceActiveFocus(Qt::TabFocusReason);
+}
+
+void open(QQuickWindow& window, char const* picker) {
+  auto* const popup =
+      window.findChild<QObject*>(QString::fromLatin1(picker))->property("popup").value<QObject*>();
+  QMetaObject::invokeMethod(popup, "open");
+}
+
 void takeMainWindow(QQmlEngine& engine, Camera const& camera) {
   vek::test::ScriptedApp app;
   auto const window = vek::makeWindow(
@@ -155,7 +179,9 @@ void takeMainWindow(QQmlEngine& engine, Camera const& camera) {
     if (shot.isShowingMenu) {
       QMetaObject::invokeMethod(window->findChild<QObject*>("menuButton"), "clicked");
     }
+    focus(*window, shot.focus);
     camera.take(*window, shot.name);
+    if (shot.isShowingMenu) QTest::keyClick(window.get(), Qt::Key_Escape);
   }
 }
 
@@ -166,6 +192,10 @@ void takeSettings(QQmlEngine& engine, Camera const& camera) {
   auto& shown = *controller.windowController();
   QCoreApplication::processEvents();
   camera.take(shown.window(), "settings-general");
+  focus(shown.window(), "providerPicker");
+  camera.take(shown.window(), "settings-focus");
+  open(shown.window(), "providerPicker");
+  camera.take(shown.window(), "settings-choosing");
   shown.changeContentView("account");
   camera.take(shown.window(), "settings-account");
   app.show({});
@@ -186,6 +216,9 @@ void takeTranscripts(QQmlEngine& engine, Camera const& camera) {
     }
     camera.take(*window, shot.name);
     camera.keepText(shot.facts["analysis"].toString(), shot.name);
+    if (shot.name != u"transcript-choose") continue;
+    open(*window, "customerPicker");
+    camera.take(*window, "transcript-choosing");
   }
 }
 
