@@ -17,6 +17,9 @@ set(VEK_UPDATE_FEED_URL "https://localhost:8443/updates/feed.json" CACHE STRING
 set(VEK_UPDATE_PUBLIC_KEY "~/.local/share/vek-services/update-key.pem" CACHE STRING
   "PEM file of the Ed25519 key that the publisher of updates signs with")
 set(VEK_UPDATE_INTERVAL 86400 CACHE STRING "Seconds between two looks for updates")
+if(NOT VEK_UPDATE_INTERVAL MATCHES "^[1-9][0-9]*$")
+  message(FATAL_ERROR "VEK_UPDATE_INTERVAL is no number of seconds: \"${VEK_UPDATE_INTERVAL}\"")
+endif()
 set(VEK_PACKAGE_MANAGER "" CACHE STRING
   "What updates the installation in the user's place, such as APT; empty for nothing")
 set(VEK_MODELS_FOLDER "~/.local/share/vek/models" CACHE STRING
