@@ -105,7 +105,8 @@ FileLock::FileLock(std::filesystem::path const& file, std::chrono::milliseconds 
     if (errno == EINTR) continue;
     if (errno != EWOULDBLOCK) throw failure(file);
     // The system has no wait for a lock that ends by itself.
-    if (std::chrono::steady_clock::now() - begin >= limit) throw failure(file, ETIMEDOUT);
+    if (std::chrono::steady_clock::now() - begin >= limit)
+      throw failure("another program keeps " + file.string(), ETIMEDOUT);
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   descriptor_ = descriptor.release();

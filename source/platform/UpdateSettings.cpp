@@ -27,7 +27,7 @@ struct Setting {
       key.write(defaults, value);
     } catch (std::system_error const& error) {
       Logger("Updater").error(
-          fmt::format("The setting {} cannot be stored: {}", key.name, error.code().message()));
+          fmt::format("The setting {} cannot be stored: {}", key.name, error.what()));
     }
   }
   [[nodiscard]] Value read(UserDefaults& defaults) const { return key.read(defaults); }

@@ -58,7 +58,7 @@ std::optional<std::string> UserDefaults::string(std::string_view key) const {
 }
 
 void UserDefaults::set(std::string_view key, std::string_view value) {
-  FileLock const lock(file_.string() + ".lock");
+  FileLock const lock(file_.string() + ".lock", patience_);
   // A file that cannot be read is no empty one: its other settings must not be lost.
   boost::json::object values = parseSettings(readFile(file_)).values;
   values[key] = value;

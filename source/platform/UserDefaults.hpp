@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -18,7 +19,11 @@ namespace vek {
 /// Any thread may call.
 class UserDefaults {
  public:
-  explicit UserDefaults(std::filesystem::path file) : file_(std::move(file)) {}
+  /// A write gives up when others keep the file for longer than `patience`: it is often the main
+  /// thread that waits.
+  explicit UserDefaults(std::filesystem::path file,
+                        std::chrono::milliseconds patience = std::chrono::seconds(2))
+      : file_(std::move(file)), patience_(patience) {}
 
   /// Those of the user who runs this process.
   static UserDefaults& standard();
@@ -43,6 +48,7 @@ class UserDefaults {
   void reportOnce(std::string const& problem) const;
 
   std::filesystem::path file_;
+  std::chrono::milliseconds patience_;
   mutable std::mutex mutex_;
   std::map<std::string, std::string, std::less<>> registered_;
   mutable std::set<std::string> reported_;

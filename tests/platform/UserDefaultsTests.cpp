@@ -61,6 +61,15 @@ TEST(UserDefaults, DamageReadsAsTheDefaultAndIsToldOnce) {
   EXPECT_THAT(*readFile(folder / "settings.json"), testing::HasSubstr("\"other\":1"));
 }
 
+TEST(UserDefaults, AFileThatOthersKeepEndsAWrite) {
+  TemporaryFolder const folder;
+  FileLock const kept(folder / "settings.json.lock");
+  UserDefaults hasty(folder / "settings.json", std::chrono::milliseconds(20));
+  EXPECT_THAT([&] { size.write(hasty, 6); }, testing::ThrowsMessage<std::system_error>(
+                                                 testing::HasSubstr("another program keeps")));
+  EXPECT_EQ(size.read(hasty), 7);
+}
+
 TEST(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
   TemporaryFolder const folder;
   constexpr int processes = 4;
@@ -70,7 +79,7 @@ TEST(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
     pid_t const child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-      UserDefaults defaults(folder / "settings.json");
+      UserDefaults defaults(folder / "settings.json", std::chrono::minutes(1));
       for (int key = 0; key < keys; ++key) {
         defaults.set(std::to_string(process) + "." + std::to_string(key), "value");
       }
