@@ -16,6 +16,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/ProcessEnvironment.hpp"
+
 namespace vek {
 namespace {
 
@@ -52,6 +54,7 @@ pid_t start(std::vector<std::string> words) {
   posix_spawnattr_setflags(&attributes,
                            POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
   pid_t process = -1;
+  auto const environment = heldEnvironment();
   int const code =
       posix_spawnp(&process, arguments[0], &actions, &attributes, arguments.data(), environ);
   posix_spawnattr_destroy(&attributes);

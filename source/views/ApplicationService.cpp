@@ -18,8 +18,10 @@ QString applicationName() {
   return QStringLiteral("com.vek.app");
 }
 
-void keepActivationToken(QVariantMap const& platformData) {
-  vek::keepActivationToken(platformData.value(QStringLiteral("activation-token")).toString());
+void keepActivation(QVariantMap const& platformData) {
+  vek::keepActivation(
+      {.token = platformData.value(QStringLiteral("activation-token")).toString(),
+       .startupID = platformData.value(QStringLiteral("desktop-startup-id")).toString()});
 }
 
 }  // namespace
@@ -51,18 +53,18 @@ void ApplicationService::busDisconnected() {
 }
 
 void ApplicationService::Activate(QVariantMap const& platformData) {
-  keepActivationToken(platformData);
+  keepActivation(platformData);
   requests_.activate();
 }
 
 void ApplicationService::Open(QStringList const& urls, QVariantMap const& platformData) {
-  keepActivationToken(platformData);
+  keepActivation(platformData);
   for (auto const& url : urls) requests_.open(url);
 }
 
 void ApplicationService::ActivateAction(QString const& name, QVariantList const&,
                                         QVariantMap const& platformData) {
-  keepActivationToken(platformData);
+  keepActivation(platformData);
   auto const action = requests_.actions.find(name);
   if (action == requests_.actions.end()) {
     sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action '%1'.").arg(name));

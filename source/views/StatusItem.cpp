@@ -103,7 +103,7 @@ void StatusItem::Activate(int, int) {
 }
 
 void StatusItem::ProvideXdgActivationToken(QString const& token) {
-  keepActivationToken(token);
+  keepActivation({.token = token, .startupID = {}});
 }
 
 }  // namespace vek

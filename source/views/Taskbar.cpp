@@ -21,24 +21,6 @@ void setBeforeShowing(xcb_connection_t& connection, xcb_window_t window, xcb_ato
                       std::uint32_t{std::tuple_size_v<States>}, states.data());
 }
 
-void askWindowManager(xcb_connection_t& connection, xcb_window_t window, xcb_atom_t property,
-                      std::uint32_t isAdded, States const& states) {
-  constexpr std::uint32_t fromApplication = 1;
-  xcb_client_message_event_t message{};
-  message.response_type = XCB_CLIENT_MESSAGE;
-  message.format = 32;
-  message.window = window;
-  message.type = property;
-  message.data.data32[0] = isAdded;
-  message.data.data32[1] = states[0];
-  message.data.data32[2] = states[1];
-  message.data.data32[3] = fromApplication;
-  xcb_send_event(&connection, 0, x11::rootWindow(connection),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<char const*>(&message));
-  xcb_flush(&connection);
-}
-
 }  // namespace
 
 void setTaskbar(QWindow& window, Taskbar taskbar) {
@@ -50,7 +32,9 @@ void setTaskbar(QWindow& window, Taskbar taskbar) {
                          x11::atom(*connection, "_NET_WM_STATE_SKIP_PAGER")};
   auto const number = static_cast<xcb_window_t>(window.winId());
   if (window.isVisible()) {
-    askWindowManager(*connection, number, property, isLeftOut ? 1 : 0, states);
+    constexpr std::uint32_t fromApplication = 1;
+    x11::askWindowManager(*connection, number, property,
+                          {isLeftOut ? 1U : 0U, states[0], states[1], fromApplication});
   } else if (isLeftOut) {
     setBeforeShowing(*connection, number, property, states);
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -16,6 +17,11 @@ namespace vek::x11 {
 [[nodiscard]] std::uint32_t rootWindow(xcb_connection_t& connection);
 /// The number of a name.
 [[nodiscard]] std::uint32_t atom(xcb_connection_t& connection, std::string_view name);
+
+/// Asks the window manager for something that concerns a window.
+using MessageData = std::array<std::uint32_t, 5>;
+void askWindowManager(xcb_connection_t& connection, std::uint32_t window, std::uint32_t type,
+                      MessageData const& data);
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }

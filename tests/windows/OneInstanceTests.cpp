@@ -11,6 +11,13 @@ namespace {
 
 using testing::HasSubstr;
 
+/// As the screen counts it.
+std::uint32_t millisecondsNow() {
+  auto const now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<std::uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
 class OneInstance : public testing::Test {
  protected:
   bool isShown() {
@@ -39,11 +46,23 @@ class OneInstance : public testing::Test {
   Desktop desktop;
 };
 
-TEST_F(OneInstance, ASecondStartBringsTheFirstForwardAndEnds) {
+TEST_F(OneInstance, ASecondStartBringsTheFirstForwardAndEndsTheDesktopsWait) {
   auto const vek = startHidden();
+  auto const file = (desktop.folder() / "messages").string();
+  auto const spy = desktop.start({"sh", "-c", "exec xev -root -event property >" + file});
+  auto const hasSeen = [&](std::string const& message) {
+    return eventually(
+        [&] { return desktop.run({"cat", file}).find(message) != std::string::npos; });
+  };
+  auto const other = desktop.start({"xmessage", "-title", "other", "text"});
+  ASSERT_TRUE(hasSeen("_NET_ACTIVE_WINDOW"));
+
+  desktop.environment["DESKTOP_STARTUP_ID"] = "click_TIME" + std::to_string(millisecondsNow());
   auto const second = desktop.startVek();
   EXPECT_EQ(second->wait(), 0);
-  EXPECT_TRUE(isShown()) << desktop.log();
+  EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == desktop.window("VEK"); }))
+      << desktop.log();
+  EXPECT_TRUE(hasSeen("_NET_STARTUP_INFO_BEGIN"));
 }
 
 TEST_F(OneInstance, ARedirectIsHandedToTheFirstWithoutAWindow) {
