@@ -22,6 +22,11 @@ namespace {
 /// A window is not saved at each step of a move.
 constexpr std::chrono::milliseconds rest(400);
 
+/// On Wayland a window knows no place, and what it takes for one must not replace a saved one.
+bool canPlaceWindows() {
+  return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
 /// Four numbers of the window, and then the screen that it was on.
 std::optional<QRect> parse(std::string const& text) {
   std::istringstream numbers(text);
@@ -47,6 +52,7 @@ QPoint onScreen(QRect const& frame) {
 
 FrameAutosave::FrameAutosave(QWindow& window, std::string_view name, UserDefaults& defaults)
     : window_(window), key_(fmt::format("NSWindow Frame {}", name)), defaults_(defaults) {
+  if (!canPlaceWindows()) return;
   saving_.setSingleShot(true);
   saving_.setInterval(rest);
   connect(&saving_, &QTimer::timeout, this, &FrameAutosave::save);
@@ -63,6 +69,7 @@ FrameAutosave::FrameAutosave(QWindow& window, std::string_view name, UserDefault
 }
 
 bool FrameAutosave::restore() {
+  if (!canPlaceWindows()) return false;
   auto const text = defaults_.string(key_);
   auto const frame = text ? parse(*text) : std::nullopt;
   if (frame) window_.setPosition(onScreen(*frame));

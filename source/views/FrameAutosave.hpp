@@ -12,7 +12,8 @@
 
 namespace vek {
 
-/// Remembers where the user left a window, under the default "NSWindow Frame " and a name.
+/// Remembers where the user left a window, under the default "NSWindow Frame " and a name. Where
+/// programs cannot place their windows it does nothing.
 class FrameAutosave : public QObject {
  public:
   /// Saves from now on, a moment after each move and when the window is hidden. Window and defaults
