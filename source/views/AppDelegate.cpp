@@ -8,6 +8,8 @@
 #include "platform/Log.hpp"
 #include "platform/RedirectListener.hpp"
 #include "platform/WebAuthenticationSession.hpp"
+#include "runtime/MainQueue.hpp"
+#include "runtime/ThreadPool.hpp"
 #include "views/RecordingEnd.hpp"
 
 namespace vek {
@@ -60,13 +62,17 @@ void AppDelegate::activate() {
   mainWindowController->show();
 }
 
-void AppDelegate::open(std::string const& url) {
+void AppDelegate::open(std::string url) {
   bool const isOurs = WebAuthenticationSession::expects(url);
-  if (!deliverRedirect(url)) {
-    Logger("shell").error("What was opened is the redirect of no login that waits.");
-  } else if (isOurs) {
-    activate();
-  }
+  // Programs that are asked whether it is theirs may take their time.
+  ThreadPool::shared().post([this, isOurs, url = std::move(url)] {
+    bool const isDelivered = deliverRedirect(url);
+    if (!isDelivered) {
+      Logger("shell").error("What was opened is the redirect of no login that waits.");
+    } else if (isOurs) {
+      MainQueue::shared().post([this] { activate(); });
+    }
+  });
 }
 
 void AppDelegate::toggleRecording() {

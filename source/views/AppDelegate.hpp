@@ -34,8 +34,9 @@ class AppDelegate {
 
   /// Brings the main window to the front.
   void activate();
-  /// Takes the redirect that a login ends with, its own or that of another program of the user.
-  void open(std::string const& url);
+  /// Takes the redirect that a login ends with, its own or that of another program of the user. The
+  /// event loop does not outlive this object.
+  void open(std::string url);
   /// Starts or stops a recording, or shows what has to be done before there can be one. Throws
   /// std::runtime_error while it is about to.
   void toggleRecording();
