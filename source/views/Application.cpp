@@ -124,9 +124,10 @@ int runApplication(int argumentCount, char** arguments, std::vector<std::string>
   MainQueueDriver::start();
   AppDelegate delegate;
   ApplicationService service;
-  auto const claim = service.claim(requests(delegate));
-  // Two were started at once.
-  if (claim == ApplicationService::Claim::anotherProcessHasIt && handOver(urls)) return 0;
+  // Two were started at once. Where the other one has ended since, the name is free again.
+  while (service.claim(requests(delegate)) == ApplicationService::Claim::anotherProcessHasIt) {
+    if (handOver(urls)) return 0;
+  }
   Application::shared() = {
       .terminate = terminate,
       .orderFrontStandardAboutPanel = [&delegate] { delegate.orderFrontStandardAboutPanel(); },
@@ -147,7 +148,9 @@ int applicationMain(int argumentCount, char** arguments) {
   }
   auto const urls = redirects({arguments, static_cast<std::size_t>(argumentCount)});
   try {
-    return handOver(urls) ? 0 : runApplication(argumentCount, arguments, urls);
+    if (handOver(urls)) return 0;
+    keepActivationOfThisProcess();
+    return runApplication(argumentCount, arguments, urls);
   } catch (std::exception const& error) {
     fatalError(error.what());
   }

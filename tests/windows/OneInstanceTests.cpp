@@ -18,6 +18,23 @@ std::uint32_t millisecondsNow() {
       std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
+/// Has the program's name until it is asked for a second time, and is not to be found.
+constexpr auto endingInstance = R"(
+from gi.repository import Gio, GLib
+calls = []
+def answer(bus, sender, path, interface, method, arguments, invocation):
+    calls.append(method)
+    if len(calls) == 2: Gio.bus_unown_name(name)
+    invocation.return_dbus_error('org.freedesktop.DBus.Error.ServiceUnknown', 'gone')
+methods = Gio.DBusNodeInfo.new_for_xml("""<node><interface name='org.freedesktop.Application'>
+  <method name='Activate'><arg type='a{sv}' direction='in'/></method></interface></node>""")
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+bus.register_object('/com/vek/app', methods.interfaces[0], answer, None, None)
+name = Gio.bus_own_name_on_connection(bus, 'com.vek.app', Gio.BusNameOwnerFlags.NONE,
+                                      lambda *_: print('ready', flush=True), None)
+GLib.MainLoop().run()
+)";
+
 class OneInstance : public testing::Test {
  protected:
   bool isShown() {
@@ -63,6 +80,14 @@ TEST_F(OneInstance, ASecondStartBringsTheFirstForwardAndEndsTheDesktopsWait) {
   EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == desktop.window("VEK"); }))
       << desktop.log();
   EXPECT_TRUE(hasSeen("_NET_STARTUP_INFO_BEGIN"));
+}
+
+TEST_F(OneInstance, OneThatEndsWhileAnotherStartsLeavesItTheName) {
+  auto const ending = desktop.start({"/usr/bin/python3", "-c", endingInstance});
+  ASSERT_EQ(ending->readLine(), "ready");
+  auto const vek = desktop.startVek();
+  EXPECT_TRUE(isShown()) << desktop.log();
+  EXPECT_EQ(call("Activate", {"{}"}), "()\n");
 }
 
 TEST_F(OneInstance, ARedirectIsHandedToTheFirstWithoutAWindow) {
