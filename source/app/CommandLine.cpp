@@ -41,7 +41,7 @@ struct Grammar {
   CommandLine::Export exported;
   CommandLine::Callback callback;
   std::string provider;
-  std::string autostart;
+  std::string choice;
   std::string id;
   double seconds = 0;
   double pause = 30;
@@ -61,6 +61,8 @@ struct Grammar {
       app.add_subcommand("toggle", "Start or stop a recording of the desktop program");
   CLI::App* autostartCommand =
       add("autostart", "Print or set whether the desktop starts VEK when you log in");
+  CLI::App* updatesCommand =
+      add("updates", "Print or set whether the desktop program looks for updates by itself");
   CLI::App* logInCommand = add("login", "Sign in on the web, in your browser");
   CLI::App* logOutCommand = add("logout", "Forget who is signed in");
   CLI::App* whoAmICommand = add("whoami", "Print who is signed in");
@@ -91,14 +93,19 @@ struct Grammar {
     }
     assignCommand->add_option("customer", assign.customer, "The name or the identifier")
         ->required();
-    autostartCommand->add_option("choice", autostart, "Off unless told")
-        ->check(CLI::IsMember({"on", "off"}))
-        ->type_name("on|off");
+    addChoice(*autostartCommand, "Off unless told");
+    addChoice(*updatesCommand, "On unless told");
     callbackCommand->add_option("url", callback.url, "The address; - to read it from the input")
         ->required();
     exportCommand->add_option("--format", exported.format, "Markdown unless told")
         ->transform(CLI::CheckedTransformer(exportFormats))
         ->type_name("md|txt|json");
+  }
+
+  void addChoice(CLI::App& command, std::string const& description) {
+    command.add_option("choice", choice, description)
+        ->check(CLI::IsMember({"on", "off"}))
+        ->type_name("on|off");
   }
 
   void addTranscriptsOptions() {
@@ -133,10 +140,9 @@ struct Grammar {
     }
     if (customersCommand->parsed()) return {CommandLine::Customers{}, asJSON};
     if (toggleCommand->parsed()) return {CommandLine::Toggle{}, asJSON};
-    if (autostartCommand->parsed()) {
-      auto const wanted = autostart.empty() ? std::nullopt : std::optional(autostart == "on");
-      return {CommandLine::Autostart{wanted}, asJSON};
-    }
+    auto const isWanted = choice.empty() ? std::nullopt : std::optional(choice == "on");
+    if (autostartCommand->parsed()) return {CommandLine::Autostart{isWanted}, asJSON};
+    if (updatesCommand->parsed()) return {CommandLine::Updates{isWanted}, asJSON};
     if (logInCommand->parsed()) return {CommandLine::LogIn{}, asJSON};
     if (logOutCommand->parsed()) return {CommandLine::LogOut{}, asJSON};
     if (whoAmICommand->parsed()) return {CommandLine::WhoAmI{}, asJSON};

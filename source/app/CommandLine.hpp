@@ -71,6 +71,12 @@ struct CommandLine {
     std::optional<bool> isWanted;
   };
 
+  /// Whether the desktop program looks for updates by itself.
+  struct Updates {
+    /// Nothing to print what is set.
+    std::optional<bool> isWanted;
+  };
+
   struct LogIn {};
   struct LogOut {};
   struct WhoAmI {};
@@ -81,7 +87,7 @@ struct CommandLine {
   };
 
   std::variant<Record, Transcribe, Provider, Transcripts, Watch, Customers, Show, Analyse, Assign,
-               Export, LogIn, LogOut, WhoAmI, Callback, Toggle, Autostart>
+               Export, LogIn, LogOut, WhoAmI, Callback, Toggle, Autostart, Updates>
       command;
   /// Output for programs instead of people.
   bool asJSON = false;

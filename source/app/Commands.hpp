@@ -28,6 +28,7 @@ int whoAmI(bool asJSON, Terminal& terminal, Signals& signals);
 /// Starts or stops a recording of the desktop program.
 int toggle();
 int autostart(CommandLine::Autostart const& options, bool asJSON, Terminal& terminal);
+int updates(CommandLine::Updates const& options, bool asJSON, Terminal& terminal);
 int callback(CommandLine::Callback const& options, Terminal& terminal, Signals& signals);
 
 }  // namespace vek

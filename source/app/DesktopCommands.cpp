@@ -9,6 +9,8 @@
 #include "app/Commands.hpp"
 #include "platform/Autostart.hpp"
 #include "platform/RemoteApplication.hpp"
+#include "platform/UpdateSettings.hpp"
+#include "platform/UserDefaults.hpp"
 
 namespace vek {
 
@@ -23,6 +25,11 @@ std::filesystem::path desktopProgram() {
   return program;
 }
 
+void printChoice(char const* name, bool isOn, bool asJSON, Terminal& terminal) {
+  terminal.printLine(asJSON ? boost::json::serialize(boost::json::object{{name, isOn}})
+                            : std::string(isOn ? "on" : "off"));
+}
+
 }  // namespace
 
 int toggle() {
@@ -33,10 +40,16 @@ int toggle() {
 
 int autostart(CommandLine::Autostart const& options, bool asJSON, Terminal& terminal) {
   if (options.isWanted) *options.isWanted ? startAtLogin(desktopProgram()) : doNotStartAtLogin();
-  bool const isOn = isAutostarted();
-  terminal.printLine(asJSON ? boost::json::serialize(boost::json::object{{"autostart", isOn}})
-                            : std::string(isOn ? "on" : "off"));
+  printChoice("autostart", isAutostarted(), asJSON, terminal);
   return 0;
+}
+
+int updates(CommandLine::Updates const& options, bool asJSON, Terminal& terminal) {
+  UpdateSettings const settings(UserDefaults::standard());
+  if (options.isWanted) settings.setAutomaticallyChecksForUpdates(*options.isWanted);
+  bool const isOn = settings.automaticallyChecksForUpdates();
+  printChoice("updates", isOn, asJSON, terminal);
+  return options.isWanted.value_or(isOn) == isOn ? 0 : 1;
 }
 
 }  // namespace vek

@@ -62,6 +62,10 @@ std::string meaning(std::vector<char const*> arguments) {
             if (!autostart.isWanted) return std::string("autostart");
             return fmt::format("autostart {}", *autostart.isWanted);
           },
+          [](CommandLine::Updates const& updates) {
+            if (!updates.isWanted) return std::string("updates");
+            return fmt::format("updates {}", *updates.isWanted);
+          },
           [](CommandLine::WhoAmI) { return std::string("whoami"); },
           [](CommandLine::Callback const& callback) { return "callback " + callback.url; }},
       line.command);
@@ -98,6 +102,8 @@ TEST(CommandLine, MeansWhatItSays) {
   EXPECT_EQ(meaning({"toggle"}), "toggle");
   EXPECT_EQ(meaning({"autostart"}), "autostart");
   EXPECT_EQ(meaning({"autostart", "off"}), "autostart false");
+  EXPECT_EQ(meaning({"updates"}), "updates");
+  EXPECT_EQ(meaning({"updates", "on"}), "updates true");
 }
 
 TEST(CommandLine, AskingForHelpIsNoMistake) {

@@ -166,7 +166,13 @@ TEST_F(Settings, TheProviderThatTheyNameIsUsed) {
               HasSubstr("error: Could not connect to the server"));
 }
 
-TEST_F(Settings, TheProviderIsToldAndChosen) {
+TEST_F(Settings, WhatIsSetIsToldAndChosen) {
+  EXPECT_EQ(run({"updates"}).output, "on\n");
+  EXPECT_EQ(run({"updates", "off"}).output, "off\n");
+  EXPECT_EQ(run({"updates", "--json"}).output, "{\"updates\":false}\n");
+  EXPECT_EQ(readFile(file), "{\"automaticallyChecksForUpdates\":\"false\"}\n");
+  std::filesystem::remove(file);
+
   EXPECT_EQ(run({"provider"}).output, "apple\n");
   EXPECT_EQ(run({"provider", "deepgram"}).output, "deepgram\n");
   EXPECT_EQ(readFile(file), "{\"recognitionProvider\":\"\\\"deepgram\\\"\"}\n");

@@ -45,6 +45,9 @@ int run(vek::CommandLine const& line, vek::Terminal& terminal, vek::Signals& sig
           [&](Line::Autostart const& autostart) {
             return vek::autostart(autostart, line.asJSON, terminal);
           },
+          [&](Line::Updates const& updates) {
+            return vek::updates(updates, line.asJSON, terminal);
+          },
           [&](Line::LogIn) { return vek::logIn(line.asJSON, terminal, signals); },
           [&](Line::LogOut) { return vek::logOut(line.asJSON, terminal, signals); },
           [&](Line::WhoAmI) { return vek::whoAmI(line.asJSON, terminal, signals); },
