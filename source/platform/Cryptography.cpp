@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+#include "platform/OpenSSLLifetime.hpp"
+
 namespace vek {
 namespace {
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/Cryptography.hpp"
+#include "platform/OpenSSLLifetime.hpp"
 
 namespace vek {
 namespace {

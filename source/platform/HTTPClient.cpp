@@ -18,6 +18,7 @@
 #include "platform/HTTPError.hpp"
 #include "platform/HTTPLibrary.hpp"
 #include "platform/HTTPTransfer.hpp"
+#include "platform/OpenSSLLifetime.hpp"
 #include "runtime/CallbackOperation.hpp"
 
 namespace vek {

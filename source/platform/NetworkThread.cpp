@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/NetworkThread.hpp"
 
-#include <openssl/ssl.h>
 #include <pthread.h>
 
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/post.hpp>
 #include <csignal>
+
+#include "platform/OpenSSLLifetime.hpp"
 
 namespace vek {
 
@@ -22,8 +23,6 @@ NetworkThread& NetworkThread::shared() {
 }
 
 NetworkThread::NetworkThread() : loop_(std::make_unique<boost::asio::io_context>(1)) {
-  // Threads may use it for as long as the process lives, so that it must not clean up before.
-  OPENSSL_init_ssl(OPENSSL_INIT_NO_ATEXIT, nullptr);
   thread_ = std::thread([this] {
     pthread_setname_np(pthread_self(), "websocket");
     sigset_t all;

@@ -12,6 +12,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/OpenSSLLifetime.hpp"
+
 namespace vek {
 namespace {
 
