@@ -34,6 +34,10 @@ def things():
                 yield from showing(program.get_child_at_index(window))
 
 
+def inOneLine(text):
+    return " ".join(text.split("\n"))
+
+
 def press(name):
     for thing in things():
         if thing.get_name() == name:
@@ -45,8 +49,8 @@ def press(name):
 
 if sys.argv[1] == "tree":
     for thing in things():
-        print(f"{thing.get_role_name()}: {thing.get_name()}")
+        print(f"{thing.get_role_name()}: {inOneLine(thing.get_name())}")
         if thing.get_description():
-            print(f"description: {thing.get_description()}")
+            print(f"description: {inOneLine(thing.get_description())}")
 else:
     sys.exit(0 if press(sys.argv[2]) else 1)
