@@ -192,7 +192,7 @@ class TranscriptFaults : public ProgramTests {
 
   TestAuthority const authority;
   CustomerDTO const customer{.customerName = "Adam", .id = UUID::random()};
-  std::function<ScriptedAnswer(int)> contents;
+  std::function<ScriptedAnswer(int)> contents = [](int) { return ScriptedAnswer::of(200, "{}"); };
   ScriptedAnswer completion;
   HTTPSTestServer const server{authority,
                                [this](ReceivedRequest const& each) { return answer(each); }};
