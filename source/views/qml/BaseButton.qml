@@ -17,8 +17,8 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: if (button.enabled) button.clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => { if (!event.isAutoRepeat) clicked(); }
+    Keys.onEnterPressed: event => { if (!event.isAutoRepeat) clicked(); }
 
     background: ButtonGround { // qmllint disable deferred-property-id
         id: ground
