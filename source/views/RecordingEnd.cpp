@@ -20,7 +20,8 @@ std::string wholeText(Recording const& recording) {
 
 }  // namespace
 
-RecordingEnd::RecordingEnd(Observed::Shared store) : store_(std::move(store)) {
+RecordingEnd::RecordingEnd(Observed::Shared store)
+    : store_(std::move(store)), errorBefore_(store_.state().recording.error) {
   store_.notify<&AppFeature::State::recording>(this, &RecordingEnd::recordingChanged);
 }
 
@@ -45,7 +46,8 @@ bool RecordingEnd::isDone() const {
   if (state.recording || state.isLoading || state.isSwitching) return false;
   // Pieces may still be on their way when the recording is over. One that the recogniser gives at
   // the stop follows what was pending then, or takes its place.
-  return !last_ || state.error || isAcknowledged(*last_) || (atStop_ && isAcknowledged(*atStop_));
+  bool const hasFailed = state.error && state.error != errorBefore_;
+  return !last_ || hasFailed || isAcknowledged(*last_) || (atStop_ && isAcknowledged(*atStop_));
 }
 
 bool RecordingEnd::isAcknowledged(Recording const& recording) const {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "features/AppFeature.hpp"
+#include "runtime/ErrorObject.hpp"
 #include "views/ObservedStore.hpp"
 
 namespace vek {
@@ -31,6 +32,8 @@ class RecordingEnd {
   std::optional<Recording> last_;
   std::optional<Recording> atStop_;
   std::optional<SharedText> acknowledged_;
+  /// Of what failed earlier, and says nothing of the end.
+  std::optional<ErrorObject> errorBefore_;
 };
 
 }  // namespace vek
