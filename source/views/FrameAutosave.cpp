@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QVariant>
 
 #include <fmt/format.h>
 
@@ -72,13 +73,15 @@ bool FrameAutosave::restore() {
   if (!canPlaceWindows()) return false;
   auto const text = defaults_.string(key_);
   auto const frame = text ? parse(*text) : std::nullopt;
-  if (frame) window_.setPosition(onScreen(*frame));
+  if (frame) window_.setPosition(onScreen({frame->topLeft(), window_.size()}));
   return frame.has_value();
 }
 
 void FrameAutosave::save() {
   saving_.stop();
-  auto const frame = window_.geometry();
+  auto frame = window_.geometry();
+  auto const unraised = window_.property("unraisedY");
+  if (unraised.isValid()) frame.moveTop(unraised.toInt());
   auto const screen = window_.screen() ? window_.screen()->geometry() : QRect();
   try {
     defaults_.set(

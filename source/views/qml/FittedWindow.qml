@@ -13,6 +13,8 @@ Window {
     property bool isRaised: false
     property int raisedY: 0
     property int restingY: 0
+    /// Where it stands while it is low enough; what is to be kept of its place.
+    readonly property int unraisedY: isRaised && y === raisedY ? restingY : y
 
     function fit() {
         const room = ScreenRoom.around(window);

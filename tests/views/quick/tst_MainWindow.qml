@@ -272,6 +272,7 @@ TestCase {
         stands(low, 200);
         fitted.fittingHeight = 400;
         stands(bottom - 400, 400);
+        compare(fitted.unraisedY, low);
         fitted.fittingHeight = 200;
         stands(low, 200);
         fitted.fittingHeight = 400;
