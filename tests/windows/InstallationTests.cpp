@@ -51,5 +51,12 @@ TEST_F(Installation, TheSessionBusStartsItByItsName) {
   EXPECT_TRUE(eventually([&] { return !desktop.window("VEK"); }));
 }
 
+TEST_F(Installation, TheDesktopKnowsItForTheRedirectOfALogin) {
+  // A desktop passes over entries of programs that it cannot start.
+  desktop.environment["PATH"] = (prefix / "bin").string() + ":/usr/bin:/bin";
+  EXPECT_THAT(desktop.run({"gio", "mime", "x-scheme-handler/com.vek.app"}),
+              testing::HasSubstr(": com.vek.app.desktop\n"));
+}
+
 }  // namespace
 }  // namespace vek::test
