@@ -36,6 +36,10 @@ class AccessiblePage : public QAccessibleObject {
   [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
     return document().interfaceAt({x, y});
   }
+  [[nodiscard]] QAccessibleInterface* focusChild() const override {
+    auto const* link = page().focusedLink().present();
+    return link ? document().interfaceOf(link->node) : nullptr;
+  }
   [[nodiscard]] QString text(QAccessible::Text text) const override {
     return text == QAccessible::Name ? page().title() : QString();
   }
@@ -46,7 +50,7 @@ class AccessiblePage : public QAccessibleObject {
   [[nodiscard]] QAccessible::State state() const override {
     QAccessible::State state;
     state.readOnly = state.multiLine = state.selectableText = state.focusable = true;
-    state.focused = page().hasActiveFocus();
+    state.focused = page().hasActiveFocus() && !page().focusedLink().present();
     state.invisible = !page().isVisible();
     return state;
   }

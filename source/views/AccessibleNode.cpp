@@ -114,6 +114,9 @@ QAccessible::State AccessibleNode::state() const {
   state.readOnly = true;
   state.selectableText = state.multiLine = hasText();
   state.linked = node().destination.has_value();
+  auto const* focused = document_.page().focusedLink().present();
+  state.focusable = state.linked;
+  state.focused = focused && focused->node == index_;
   state.checkable = node().isDone.has_value();
   state.checked = node().isDone.value_or(false);
   state.invisible = !document_.page().isVisible();

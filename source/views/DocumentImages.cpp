@@ -16,6 +16,9 @@ DocumentImages::DocumentImages(ImageLoader& loader) : loader_(loader) {
     bool const isNew = asked_.remove(url) && !image.isNull();
     if (isNew && !hold(url, image).isNull()) Q_EMIT changed(url);
   });
+  connect(&loader, &ImageLoader::turnCame, this, [this](QUrl const& url, bool& isWanted) {
+    if (asked_.contains(url)) isWanted = true;
+  });
 }
 
 QImage DocumentImages::image(QUrl const& url) {

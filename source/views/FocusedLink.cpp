@@ -13,10 +13,11 @@ namespace {
 std::vector<FocusedLink::Link> linksOf(DocumentLayout const& document, QUrl const& base) {
   std::vector<FocusedLink::Link> links;
   DocumentOutline const outline(document);
-  for (auto const& node : outline.nodes()) {
+  for (std::size_t i = 0; i < outline.nodes().size(); ++i) {
+    auto const& node = outline.nodes()[i];
     if (!node.destination) continue;
     auto url = allowedLink(base, QString::fromStdString(node.destination->string()));
-    if (url.isValid()) links.push_back({node.from, node.to, std::move(url)});
+    if (url.isValid()) links.push_back({node.from, node.to, std::move(url), i});
   }
   return links;
 }

@@ -19,6 +19,8 @@ class FocusedLink {
     qsizetype from = 0;
     qsizetype to = 0;
     QUrl url;
+    /// Among the nodes of the outline.
+    std::size_t node = 0;
   };
   enum class Step { next, previous };
 

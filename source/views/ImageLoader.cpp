@@ -28,6 +28,8 @@ constexpr double mostPixelsShown = 4'000'000;
 /// Room for several of the largest.
 constexpr qsizetype cacheKilobytes = 64 << 10;
 constexpr int success = 200;
+/// Of all documents together.
+constexpr int mostAtOnce = 6;
 
 QSize shownSize(QSize size) {
   auto const within = size.scaled(size.boundedTo(largest), Qt::KeepAspectRatio);
@@ -75,9 +77,31 @@ QImage ImageLoader::image(QUrl const& url) {
   bool const isLeftAlone = Clock::now() < leftAloneUntil_.value(url);
   if (url.scheme() == u"https" && !isLeftAlone) {
     leftAloneUntil_.insert(url, Clock::time_point::max());
-    spawn(MainQueue::shared(), fetch(url));
+    if (fetching_ < mostAtOnce) {
+      start(url);
+    } else {
+      waiting_.enqueue(url);
+    }
   }
   return {};
+}
+
+void ImageLoader::start(QUrl const& url) {
+  ++fetching_;
+  spawn(MainQueue::shared(), fetch(url));
+}
+
+void ImageLoader::startNext() {
+  while (fetching_ < mostAtOnce && !waiting_.isEmpty()) {
+    auto const url = waiting_.dequeue();
+    bool isWanted = false;
+    Q_EMIT turnCame(url, isWanted);
+    if (isWanted) {
+      start(url);
+    } else {
+      leftAloneUntil_.remove(url);
+    }
+  }
 }
 
 Task<> ImageLoader::fetch(QUrl url) {
@@ -97,6 +121,8 @@ Task<> ImageLoader::fetch(QUrl url) {
     leftAloneUntil_.remove(url);
   }
   Q_EMIT finished(url, image);
+  --fetching_;
+  startNext();
 }
 
 }  // namespace vek

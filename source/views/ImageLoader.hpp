@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QImage>
 #include <QObject>
+#include <QQueue>
 #include <QUrl>
 
 #include <chrono>
@@ -34,8 +35,12 @@ class ImageLoader : public QObject {
   [[nodiscard]] QImage image(QUrl const& url);
 
   Q_SIGNAL void finished(QUrl const& url, QImage const& image);
+  /// The turn of one that had to wait has come: who still wants it says so.
+  Q_SIGNAL void turnCame(QUrl const& url, bool& isWanted);
 
  private:
+  void start(QUrl const& url);
+  void startNext();
   Task<> fetch(QUrl url);
 
   HTTPClient client_;
@@ -43,6 +48,8 @@ class ImageLoader : public QObject {
   QCache<QUrl, QImage> images_;
   /// Until when those that are on their way, or did not come, are not asked for.
   QHash<QUrl, Clock::time_point> leftAloneUntil_;
+  int fetching_ = 0;
+  QQueue<QUrl> waiting_;
 };
 
 /// A picture of a format that browsers show; null for what is none or has too many pixels.

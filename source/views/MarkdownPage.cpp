@@ -45,7 +45,7 @@ MarkdownPage::MarkdownPage(QQuickItem* parent)
   layout_.setImages([this](auto const& image, auto place) { return shownImage(image, place); });
   connect(&images_, &DocumentImages::changed, this, &MarkdownPage::imageCame);
   connect(this, &MarkdownPage::baseURLChanged, this, &MarkdownPage::imagesChanged);
-  connect(this, &MarkdownPage::baseURLChanged, this, [this] { focusedLink_.forget(); });
+  connect(this, &MarkdownPage::baseURLChanged, this, &MarkdownPage::forgetLinks);
   measuring_.setInterval(betweenSlices);
   connect(&measuring_, &QTimer::timeout, this, [this] {
     layout_.measureUntil(DocumentLayout::Clock::now() + slice);
@@ -129,14 +129,17 @@ void MarkdownPage::componentComplete() {
 void MarkdownPage::makeDocument() {
   auto const text = content_.toStdString();
   images_.clear();
-  accessibleDocument_.reset();
+  bool const wasRead = std::exchange(accessibleDocument_, nullptr) != nullptr;
   layout_.setBlocks(isPlain_ ? plainTextBlocks(text)
                              : BlockSequence::of(MarkdownContent(text), environment_));
-  focusedLink_.forget();
+  forgetLinks();
   setSelection(0, 0);
   find();
   polish();
   Q_EMIT documentChanged();
+  if (!wasRead) return;
+  QAccessibleEvent change(this, QAccessible::ObjectReorder);
+  QAccessible::updateAccessibility(&change);
 }
 
 QUrl MarkdownPage::urlOf(RawImageData const& image) const {

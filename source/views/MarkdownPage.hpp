@@ -47,6 +47,8 @@ class MarkdownPage : public QQuickPaintedItem {
   Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
   /// Where the link leads that is under the pointer, or else has the focus; empty for nowhere.
   Q_PROPERTY(QString hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
+  /// The keyboard has come to it as a whole, and to none of its links.
+  Q_PROPERTY(bool isRinged READ isRinged NOTIFY isRingedChanged)
   /// What is looked for, how often it is there, and which of these is the present one, or -1.
   Q_PROPERTY(QString searched READ searched WRITE setSearched NOTIFY foundChanged)
   Q_PROPERTY(int foundCount READ foundCount NOTIFY foundChanged)
@@ -66,6 +68,8 @@ class MarkdownPage : public QQuickPaintedItem {
   [[nodiscard]] QString plainText() const;
   [[nodiscard]] QString selectedText() const;
   [[nodiscard]] QString hoveredLink() const { return hoveredLink_; }
+  [[nodiscard]] bool isRinged() const { return isRinged_; }
+  [[nodiscard]] FocusedLink const& focusedLink() const { return focusedLink_; }
   [[nodiscard]] QString searched() const { return searched_; }
   [[nodiscard]] int foundCount() const { return static_cast<int>(found_.size()); }
   [[nodiscard]] int foundIndex() const { return foundIndex_; }
@@ -112,6 +116,7 @@ class MarkdownPage : public QQuickPaintedItem {
   Q_SIGNAL void documentHeightChanged();
   Q_SIGNAL void selectionChanged();
   Q_SIGNAL void hoveredLinkChanged();
+  Q_SIGNAL void isRingedChanged();
   Q_SIGNAL void foundChanged();
   /// A part of the document should come into view, from `y` on.
   Q_SIGNAL void revealRequested(qreal y, qreal height);
@@ -139,10 +144,14 @@ class MarkdownPage : public QQuickPaintedItem {
   [[nodiscard]] QUrl urlOf(RawImageData const& image) const;
   [[nodiscard]] ShownImage shownImage(RawImageData const& image, ImagePlace place);
   void measured();
+  [[nodiscard]] QUrl linkUnder(QPointF point);
   void setHoveredLink(QUrl const& url);
+  void setIsRinged(bool isRinged);
+  void forgetLinks();
   void find();
   void showFound();
   bool moveToLink(FocusedLink::Step step);
+  void tellOfFocus();
   [[nodiscard]] QPointF inDocument(QPointF point) const { return {point.x(), point.y() + scroll_}; }
 
   DocumentImages images_;
@@ -165,6 +174,7 @@ class MarkdownPage : public QQuickPaintedItem {
   qsizetype cursor_ = 0;
   QString hoveredLink_;
   FocusedLink focusedLink_;
+  bool isRinged_ = false;
   QString pressedLink_;
   QString searched_;
   std::vector<Range> found_;

@@ -4,6 +4,7 @@
 #include <QTextBoundaryFinder>
 
 #include <cstdlib>
+#include <utility>
 
 #include "views/LinkPolicy.hpp"
 #include "views/MarkdownPage.hpp"
@@ -21,6 +22,9 @@ bool isReturn(QKeyEvent const& event) {
 void MarkdownPage::mousePressEvent(QMouseEvent* event) {
   forceActiveFocus(Qt::MouseFocusReason);
   focusedLink_.leave();
+  setIsRinged(false);
+  setHoveredLink(linkUnder(event->position()));
+  update();
   if (event->button() == Qt::RightButton) {
     Q_EMIT menuRequested(event->position().x(), event->position().y());
     return;
@@ -60,9 +64,7 @@ void MarkdownPage::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void MarkdownPage::hoverMoveEvent(QHoverEvent* event) {
-  auto const point = inDocument(event->position());
-  auto const link = layout_.linkAt(point);
-  auto const url = link ? allowedLink(baseURL_, QString::fromStdString(*link)) : QUrl();
+  auto const url = linkUnder(event->position());
   setHoveredLink(url);
   setCursor(url.isValid() ? Qt::PointingHandCursor : Qt::IBeamCursor);
 }
@@ -71,12 +73,28 @@ void MarkdownPage::hoverLeaveEvent(QHoverEvent* /*event*/) {
   setHoveredLink({});
 }
 
+QUrl MarkdownPage::linkUnder(QPointF point) {
+  auto const link = layout_.linkAt(inDocument(point));
+  return link ? allowedLink(baseURL_, QString::fromStdString(*link)) : QUrl();
+}
+
 void MarkdownPage::setHoveredLink(QUrl const& url) {
   auto const* focused = focusedLink_.present();
   auto const link = (focused && !url.isValid() ? focused->url : url).toString();
   if (link == hoveredLink_) return;
   hoveredLink_ = link;
   Q_EMIT hoveredLinkChanged();
+}
+
+void MarkdownPage::setIsRinged(bool isRinged) {
+  if (std::exchange(isRinged_, isRinged) != isRinged) Q_EMIT isRingedChanged();
+}
+
+void MarkdownPage::forgetLinks() {
+  if (focusedLink_.present()) setIsRinged(true);
+  focusedLink_.forget();
+  setHoveredLink({});
+  update();
 }
 
 void MarkdownPage::wheelEvent(QWheelEvent* event) {
@@ -113,6 +131,7 @@ void MarkdownPage::focusInEvent(QFocusEvent* event) {
 
 void MarkdownPage::focusOutEvent(QFocusEvent* event) {
   QQuickPaintedItem::focusOutEvent(event);
+  setIsRinged(false);
   if (!focusedLink_.present()) return;
   focusedLink_.leave();
   setHoveredLink({});
@@ -124,8 +143,19 @@ bool MarkdownPage::moveToLink(FocusedLink::Step step) {
   setHoveredLink({});
   update();
   auto const* link = focusedLink_.present();
+  setIsRinged(!link);
   if (link) reveal(link->from, link->to);
+  // After the page itself has told of its focus.
+  if (link && QAccessible::isActive())
+    QMetaObject::invokeMethod(this, &MarkdownPage::tellOfFocus, Qt::QueuedConnection);
   return link != nullptr;
+}
+
+void MarkdownPage::tellOfFocus() {
+  auto const* link = focusedLink_.present();
+  if (!link) return;
+  QAccessibleEvent focus(accessibleDocument().interfaceOf(link->node), QAccessible::Focus);
+  QAccessible::updateAccessibility(&focus);
 }
 
 }  // namespace vek

@@ -29,6 +29,11 @@ QString identifierOf(QQuickWindow const* window) {
   return isX11 ? QStringLiteral("x11:%1").arg(window->winId(), 0, 16) : QString();
 }
 
+void closeRequest(QString const& handle) {
+  QDBusConnection::sessionBus().send(
+      QDBusMessage::createMethodCall(service, handle, request, QStringLiteral("Close")));
+}
+
 }  // namespace
 
 void SaveDialog::open(QQuickWindow* window, QString const& title, QString const& folder,
@@ -39,25 +44,25 @@ void SaveDialog::open(QQuickWindow* window, QString const& title, QString const&
     Q_EMIT unavailable();
     return;
   }
+  close();
   auto const token = QStringLiteral("vek%1").arg(++opened);
   auto const sender = bus.baseService().mid(1).replace(u'.', u'_');
   // Known before the call, so that no answer comes too early.
-  listen(QStringLiteral("%1/request/%2/%3").arg(path, sender, token));
+  auto const handle = QStringLiteral("%1/request/%2/%3").arg(path, sender, token);
+  listen(handle);
   auto call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("SaveFile"));
   call << identifierOf(window) << title
        << QVariantMap{{QStringLiteral("handle_token"), token},
                       {QStringLiteral("current_name"), name},
                       {QStringLiteral("current_folder"), QFile::encodeName(folder) + '\0'}};
   auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, handle] {
     QDBusPendingReply<QDBusObjectPath> const reply = *answer;
     answer->deleteLater();
-    if (reply.isError()) {
-      listen({});
-      Q_EMIT unavailable();
-    } else if (!request_.isEmpty()) {
-      listen(reply.value().path());
-    }
+    // It has been answered already, or closed for another.
+    if (request_ != handle) return;
+    listen(reply.isError() ? QString() : reply.value().path());
+    if (reply.isError()) Q_EMIT unavailable();
   });
 }
 
@@ -69,6 +74,12 @@ void SaveDialog::listen(QString const& next) {
   auto const* slot = SLOT(responded(uint, QVariantMap));
   if (!before.isEmpty()) bus.disconnect(service, before, request, response, this, slot);
   if (!next.isEmpty()) bus.connect(service, next, request, response, this, slot);
+}
+
+void SaveDialog::close() {
+  if (request_.isEmpty()) return;
+  closeRequest(request_);
+  listen({});
 }
 
 void SaveDialog::responded(uint response, QVariantMap const& results) {

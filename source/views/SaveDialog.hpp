@@ -16,7 +16,13 @@ class SaveDialog : public QObject {
   QML_ELEMENT
 
  public:
-  /// Proposes a name in a folder. One of the signals follows.
+  SaveDialog() = default;
+  SaveDialog(SaveDialog const&) = delete;
+  SaveDialog& operator=(SaveDialog const&) = delete;
+  ~SaveDialog() override { close(); }
+
+  /// Proposes a name in a folder. One of the signals follows, unless it is opened again before:
+  /// then the dialog that waits is closed.
   Q_INVOKABLE void open(QQuickWindow* window, QString const& title, QString const& folder,
                         QString const& name);
 
@@ -28,6 +34,7 @@ class SaveDialog : public QObject {
  private:
   Q_SLOT void responded(uint response, QVariantMap const& results);
   void listen(QString const& request);
+  void close();
 
   QString request_;
 };

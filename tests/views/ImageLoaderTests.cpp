@@ -5,8 +5,10 @@
 
 #include <QBuffer>
 
+#include <optional>
 #include <vector>
 
+#include "support/PendingCalls.hpp"
 #include "support/RunMainQueue.hpp"
 #include "views/DocumentImages.hpp"
 
@@ -99,6 +101,35 @@ TEST_F(LoaderTest, ADocumentHearsOfItsOwnImagesAndFetchesTheVariantsOfOneOnce) {
   EXPECT_TRUE(test::runMainQueueUntil([&] { return changes == 1; }));
   EXPECT_EQ(document.image(QUrl("https://a.org/b.png#gh-dark-mode-only")).size(), QSize(4, 3));
   EXPECT_EQ(requests.size(), 2);
+}
+
+TEST_F(LoaderTest, FetchesAFewAtOnceAndThenThoseThatAreStillWanted) {
+  test::PendingCalls<HTTPResponse> calls;
+  ImageLoader slow({.send = [&](HTTPRequest request) {
+    requests.push_back(request);
+    return calls.call();
+  }});
+  DocumentImages staying(slow);
+  std::optional<DocumentImages> left(std::in_place, slow);
+  auto const url = [](int index) { return QUrl(QStringLiteral("https://a.org/%1").arg(index)); };
+  for (int i = 0; i < 9; ++i) static_cast<void>((i < 8 ? *left : staying).image(url(i)));
+  static_cast<void>(staying.image(url(7)));
+  test::runMainQueue();
+  EXPECT_EQ(calls.waiting(), 6);
+
+  left.reset();
+  auto const next = [&] {
+    auto const before = requests.size();
+    calls.answer(HTTPResponse(answer));
+    test::runMainQueueUntil([&] { return requests.size() > before; });
+    return requests.back().url;
+  };
+  EXPECT_EQ(next(), "https://a.org/7");
+  EXPECT_EQ(next(), "https://a.org/8");
+  static_cast<void>(staying.image(url(6)));
+  EXPECT_EQ(next(), "https://a.org/6");
+  while (calls.waiting() > 0) calls.answer(HTTPResponse(answer));
+  EXPECT_TRUE(test::runMainQueueUntil([&] { return !staying.image(url(6)).isNull(); }));
 }
 
 TEST(DecodedImage, IsAPictureOfBoundedSize) {

@@ -10,11 +10,14 @@ CustomGroupModifier {
     required property MarkdownPage lower
     readonly property int count: upper.foundCount + lower.foundCount
     property int index: 0
+    signal closed
 
     implicitWidth: 260
     implicitHeight: Theme.control + 2 * Theme.space1
     isFloating: true
     visible: false
+    // Or its field would keep the keyboard.
+    enabled: visible
 
     function open() {
         visible = true;
@@ -25,6 +28,7 @@ CustomGroupModifier {
     function close() {
         visible = false;
         field.text = "";
+        closed();
     }
 
     function show(position: int) {

@@ -26,6 +26,8 @@ Item {
 
         objectName: "page"
         Accessible.role: Accessible.Document
+        // What stands in a control is part of that.
+        Accessible.ignored: !markdown.enabled
         y: Math.max(0, Math.min(markdown.viewTop, markdown.height - height))
         scroll: y
         width: markdown.width

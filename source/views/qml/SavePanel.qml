@@ -12,6 +12,7 @@ FocusScope {
     property string replaced: ""
     signal saved(string path)
     signal failed(string error)
+    signal closed
 
     function save(content: string, name: string, extension: string) {
         text = content;
@@ -46,9 +47,13 @@ FocusScope {
 
     function close() {
         visible = false;
+        replaced = "";
+        closed();
     }
 
     visible: false
+    // Or its field would keep the keyboard.
+    enabled: visible
     implicitWidth: 340
     implicitHeight: column.height + 2 * Theme.space4
     Accessible.role: Accessible.Dialog

@@ -75,7 +75,6 @@ CustomGroupModifier {
         content: cell.text
         viewTop: cell.viewTop - y
         viewHeight: cell.viewHeight
-        Accessible.ignored: true
     }
 
     Row {

@@ -33,6 +33,10 @@ Item {
         viewTop: group.view.contentY - group.y - y
         viewHeight: group.view.height
 
+        FocusRing {
+            radius: Theme.groupRadius + 3
+            visible: markdown.page.isRinged
+        }
         Markdown {
             id: markdown
 

@@ -190,6 +190,7 @@ Item {
         anchors.margins: Theme.space2
         upper: analysis.markdown.page
         lower: words.markdown.page
+        onClosed: scroll.forceActiveFocus()
     }
 
     TextMenu {
@@ -236,6 +237,7 @@ Item {
         sourceComponent: SavePanel {
             objectName: "savePanel"
             onSaved: path => notice.show(qsTr("Saved as %1").arg(path))
+            onClosed: () => scroll.forceActiveFocus()
             onFailed: error => notice.show(qsTr("The file could not be written: %1").arg(error))
         }
     }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QFocusEvent>
 
 namespace vek {
 namespace {
@@ -124,6 +126,19 @@ TEST_F(MarkdownPageTest, LetsThoseWhoDoNotSeeItReadWordsCellsAndLinks) {
   auto& link = *document.child(0)->child(0)->actionInterface();
   link.doAction(link.actionNames().value(0));
   EXPECT_EQ(followed, QUrl(QStringLiteral("https://a.org")));
+}
+
+TEST_F(MarkdownPageTest, TellsThoseWhoDoNotSeeItWhichLinkHasTheFocus) {
+  show(QStringLiteral("One [two](https://a.org)"));
+  auto& document = *QAccessible::queryAccessibleInterface(&page);
+  auto& link = *document.child(0)->child(0);
+  EXPECT_TRUE(link.state().focusable && !link.state().focused);
+  QFocusEvent tab(QEvent::FocusIn, Qt::TabFocusReason);
+  QCoreApplication::sendEvent(&page, &tab);
+  EXPECT_TRUE(link.state().focused);
+  EXPECT_EQ(document.focusChild(), &link);
+  show(QStringLiteral("Other"));
+  EXPECT_EQ(document.focusChild(), nullptr);
 }
 
 }  // namespace

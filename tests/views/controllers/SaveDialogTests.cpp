@@ -12,6 +12,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <optional>
+#include <utility>
+
 #include "views/TranscriptFile.hpp"
 
 namespace vek::test {
@@ -21,7 +24,8 @@ namespace {
 class Dialogs : public QDBusVirtualObject {
  public:
   Dialogs() {
-    bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this);
+    bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+                              QDBusConnection::SubPath);
     bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
   }
   ~Dialogs() override { QDBusConnection::disconnectFromBus(QStringLiteral("dialogs")); }
@@ -35,6 +39,7 @@ class Dialogs : public QDBusVirtualObject {
 
   [[nodiscard]] QString introspect(QString const& /*path*/) const override { return {}; }
   bool handleMessage(QDBusMessage const& message, QDBusConnection const& connection) override {
+    if (message.member() == u"Close") closed.append(message.path());
     if (message.member() != u"SaveFile") return false;
     options = qdbus_cast<QVariantMap>(message.arguments().at(2));
     handle = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2")
@@ -45,6 +50,7 @@ class Dialogs : public QDBusVirtualObject {
 
   QVariantMap options;
   QString handle;
+  QStringList closed;
 
  private:
   QDBusConnection bus = QDBusConnection::connectToBus(
@@ -52,7 +58,8 @@ class Dialogs : public QDBusVirtualObject {
 };
 
 struct SaveDialogTests : testing::Test {
-  SaveDialog dialog;
+  std::optional<SaveDialog> present{std::in_place};
+  SaveDialog& dialog = *present;
   QSignalSpy chosen{&dialog, &SaveDialog::chosen};
   QSignalSpy cancelled{&dialog, &SaveDialog::cancelled};
   QSignalSpy unavailable{&dialog, &SaveDialog::unavailable};
@@ -80,6 +87,25 @@ TEST_F(SaveDialogTests, TellsWhatTheDesktopsDialogWasAnswered) {
   desktop.answer(1, {});
   ASSERT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }));
   EXPECT_EQ(chosen.count() + unavailable.count(), 1);
+}
+
+TEST_F(SaveDialogTests, ClosesTheDialogThatNobodyWaitsForAnyMore) {
+  Dialogs desktop;
+  open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !desktop.handle.isEmpty(); }));
+  auto const first = desktop.handle;
+  open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return desktop.handle != first; }));
+  EXPECT_EQ(desktop.closed, QStringList(first));
+  desktop.answer(1, {});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return cancelled.count() == 1; }));
+
+  desktop.handle.clear();
+  open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !desktop.handle.isEmpty(); }));
+  present.reset();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return desktop.closed.size() == 2; }));
+  EXPECT_EQ(desktop.closed, QStringList({first, desktop.handle}));
 }
 
 TEST_F(SaveDialogTests, SaysWhereTheDesktopHasNone) {

@@ -174,6 +174,9 @@ TestCase {
         tryCompare(part("findPosition"), "text", "1 of 1");
         keyClick(Qt.Key_Escape);
         compare(bar.visible, false);
+        keyClick(Qt.Key_T);
+        compare(part("findField").text, "");
+        verify(part("transcriptScroll").activeFocus);
     }
 
     function test_theTargetOfALinkIsShown() {
@@ -207,7 +210,10 @@ TestCase {
         keyClick(Qt.Key_Home);
         compare(scroll.contentY, 0);
 
+        part("words").markdown.page.forceActiveFocus(Qt.TabFocusReason);
+        verify(part("words").markdown.page.isRinged, "it has no link that would show the focus");
         page.forceActiveFocus(Qt.TabFocusReason);
+        compare(page.isRinged, false);
         compare(target.link, "https://a.org");
         keyClick(Qt.Key_Tab);
         compare(target.link, "https://c.org");
@@ -220,6 +226,20 @@ TestCase {
         keyClick(Qt.Key_Tab);
         compare(target.visible, false);
         compare(page.activeFocus, false, "behind the last link comes what follows");
+
+        page.forceActiveFocus(Qt.TabFocusReason);
+        transcript.show({ text: "Said", analysis: "No link", assigned: true });
+        compare(target.visible, false);
+        verify(page.isRinged);
+        mouseClick(page, page.width - 1, 1);
+        compare(page.isRinged, false);
+        transcript.show({ text: "Said", analysis: "[one](https://a.org)", assigned: true });
+        waitForItemPolished(page);
+        scroll.forceActiveFocus();
+        page.forceActiveFocus(Qt.TabFocusReason);
+        compare(target.link, "https://a.org");
+        mouseClick(page, page.width - 1, 1);
+        compare(target.visible, false);
     }
 
     function test_itIsKeptInAFileOfTheNameThatIsGiven() {
@@ -249,6 +269,9 @@ TestCase {
         compare(part("saveButton").text, "Replace");
         keyClick(Qt.Key_Escape);
         compare(part("savePanel").visible, false);
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Return);
+        verify(part("transcriptScroll").activeFocus);
         verify(folder.read("a.md").includes("Said words"), "nothing is lost when it is given up");
 
         keyClick(Qt.Key_S, Qt.ControlModifier);

@@ -120,6 +120,7 @@ TestCase {
         const cell = list.itemAtIndex(0), words = part(0, "preview");
         tryVerify(() => cell.height > 40000 / 8 * 16);
         verify(cell.Accessible.name.length < 400, "its beginning is read out");
+        verify(words.page.Accessible.ignored, "and no more");
         verify(words.page.height <= list.height, "what is not seen is not painted");
         list.forceActiveFocus();
         keyClick(Qt.Key_PageDown);
