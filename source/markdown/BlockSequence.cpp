@@ -51,7 +51,13 @@ void BlockSequence::walk(Open open) {
 }
 
 void BlockSequence::begin(Open& open) {
-  if (open.marker) waitingMarkers_.push_back(*std::exchange(open.marker, std::nullopt));
+  if (open.marker) {
+    // One that moves no further in stands where that of the item around it would.
+    bool const isCovered =
+        !waitingMarkers_.empty() && waitingMarkers_.back().left >= open.marker->left;
+    if (isCovered) waitingMarkers_.pop_back();
+    waitingMarkers_.push_back(*std::exchange(open.marker, std::nullopt));
+  }
   gap_ = std::max(gap_, open.margin.top.value_or(0));
 }
 
@@ -171,10 +177,11 @@ void BlockSequence::addList(BlockNode const& list, Children<Item> const& items, 
     Open open{.children = items[item].children,
               .margin = style.margin,
               .endsFrame = inside.frame != place.frame};
-    if (isFramed && open.endsFrame) {
-      open.marker = {.drawable = std::move(markers[item]), .left = inside.leading, .width = width};
-      inside.leading += width + style.text.font.points(markerGap);
-    }
+    auto const room = width + style.text.font.points(markerGap);
+    if (open.endsFrame) inside.leading += room;
+    open.marker = {.drawable = std::move(markers[item]),
+                   .left = std::max(0.0, inside.leading - room),
+                   .width = width};
     open.place = std::move(inside);
     open_.push_back(std::move(open));
   }

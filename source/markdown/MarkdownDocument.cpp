@@ -4,7 +4,6 @@
 #include <cmark-gfm-core-extensions.h>
 #include <cmark-gfm.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <mutex>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "markdown/MarkdownWriter.hpp"
 #include "markdown/ParseArena.hpp"
 #include "markdown/ReadingCost.hpp"
+#include "markdown/TakeLine.hpp"
 
 namespace vek {
 
@@ -33,6 +33,18 @@ void attach(cmark_parser& parser, char const* name) {
   if (extension) cmark_parser_attach_syntax_extension(&parser, extension);
 }
 
+/// cmark-gfm, too, puts this character in its place.
+std::string withoutNull(std::string_view line) {
+  std::string text;
+  for (auto const c : line) {
+    if (c == 0)
+      text += "\uFFFD";
+    else
+      text += c;
+  }
+  return text;
+}
+
 /// Text that is not read as Markdown: its lines in paragraphs, with all their marks.
 MarkdownContent asItStands(std::string_view text) {
   std::vector<BlockNode> blocks;
@@ -41,14 +53,13 @@ MarkdownContent asItStands(std::string_view text) {
     if (!lines.empty()) blocks.emplace_back(BlockNode::paragraph{std::exchange(lines, {})});
   };
   while (!text.empty()) {
-    auto const line = text.substr(0, text.find_first_of("\r\n"));
-    text.remove_prefix(std::min(text.size(), line.size() + 1));
+    auto const line = takeLine(text);
     if (line.empty()) {
       endParagraph();
       continue;
     }
     if (!lines.empty()) lines.emplace_back(InlineNode::lineBreak{});
-    lines.emplace_back(InlineNode::text{std::string(line)});
+    lines.emplace_back(InlineNode::text{withoutNull(line)});
   }
   endParagraph();
   return MarkdownContent(std::move(blocks));
@@ -60,7 +71,7 @@ void MarkdownDocument::Free::operator()(cmark_node* node) const {
   cmark_node_free(node);
 }
 
-MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
+MarkdownDocument MarkdownDocument::parse(std::string_view text) {
   ensureRegistered();
   auto const cost = ReadingCost::of(text);
   if (!cost.canRead) return MarkdownDocument(asItStands(text));
@@ -68,7 +79,7 @@ MarkdownDocument MarkdownDocument::parse(std::string_view text, Tables tables) {
       cmark_parser_new_with_mem(options, &ParseArena::memory()), cmark_parser_free);
   if (cost.canReadAutolinks) attach(*parser, "autolink");
   for (auto const* name : {"strikethrough", "tagfilter", "tasklist"}) attach(*parser, name);
-  if (tables == Tables::asGrid && cost.canReadTables) attach(*parser, "table");
+  if (cost.canReadTables) attach(*parser, "table");
   cmark_parser_feed(parser.get(), text.data(), text.size());
   return MarkdownDocument(cmark_parser_finish(parser.get()));
 }

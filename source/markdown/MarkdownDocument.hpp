@@ -14,10 +14,8 @@ namespace vek {
 /// A document of cmark-gfm, which parses and knows other ways to write a text down.
 class MarkdownDocument {
  public:
-  enum class Tables { asText, asGrid };
-
   /// What cannot be read in reasonable time and room stays the text that it is.
-  static MarkdownDocument parse(std::string_view text, Tables tables = Tables::asGrid);
+  static MarkdownDocument parse(std::string_view text);
 
   /// Writes a tree back. What a node cannot hold by the rules of cmark-gfm is left out.
   explicit MarkdownDocument(MarkdownContent const& content);

@@ -2,8 +2,11 @@
 #include "markdown/ReadingCost.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
+
+#include "markdown/TakeLine.hpp"
 
 namespace vek {
 
@@ -12,9 +15,9 @@ namespace {
 /// A step takes about a nanosecond. Each text may take so many, and some for each of its bytes.
 constexpr double steps = 50e6;
 constexpr double stepsPerByte = 100;
-constexpr std::size_t cells = 200'000;
-/// In bytes, indentation included.
-constexpr std::size_t longestMarkers = 100;
+constexpr std::size_t mostCells = 200'000;
+/// In each quote or list that is open, for each line that may go on in it.
+constexpr double stepsPerLevel = 10;
 
 bool isOneOf(std::string_view characters, char c) {
   return characters.find(c) != std::string_view::npos;
@@ -24,53 +27,120 @@ bool isMadeOf(std::string_view line, std::string_view characters) {
   return line.find_first_not_of(characters) == std::string_view::npos;
 }
 
-/// Whether a line stands in more quotes and lists than fit on a page.
-bool isTooDeep(std::string_view line) {
-  if (line.size() <= longestMarkers) return false;
-  bool hasMarker = false;
-  for (std::size_t at = 0; at < longestMarkers; ++at) {
-    bool const isMarker =
-        line[at] == '>' || (isOneOf("-+*.)", line[at]) && isOneOf(" \t", line[at + 1]));
-    if (!isMarker && !isOneOf(" \t0123456789", line[at])) return false;
-    hasMarker = hasMarker || isMarker;
-  }
-  return hasMarker;
+/// How long the mark of a quote or a list is that a line begins with; nothing without one.
+std::size_t markLength(std::string_view line) {
+  if (line.starts_with('>')) return 1;
+  auto const digits = std::min(line.find_first_not_of("0123456789"), line.size());
+  auto const mark = line.substr(digits);
+  bool const isMark = mark.size() > 1 && isOneOf(digits > 0 ? ".)" : "-+*", mark[0]);
+  return isMark && isOneOf(" \t", mark[1]) ? digits + 1 : 0;
 }
 
-/// Whether cmark-gfm may take a line for the one between the header and the rows of a table.
-bool isDelimiterRow(std::string_view line) {
-  return line.find('-') != std::string_view::npos && isMadeOf(line, "|-: \t>+*.)0123456789");
+/// How many quotes and lists within one another a line begins.
+std::size_t levelsOf(std::string_view line) {
+  // The marks of a rule are none of theirs.
+  auto const last = line.find_last_not_of(" \t");
+  if (last != std::string_view::npos && isOneOf("-*", line[last])) {
+    auto const rule = std::array{line[last], ' ', '\t'};
+    line = line.substr(0, line.find_last_not_of({rule.data(), rule.size()}) + 1);
+  }
+  std::size_t const indent = std::min(line.find_first_not_of(" \t"), line.size());
+  for (std::size_t count = 0;; ++count) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    auto const length = markLength(line);
+    // Those around it that it is indented for have a blank and a mark at least.
+    if (length == 0) return count > 0 ? count + indent / 2 : 0;
+    line.remove_prefix(length);
+  }
+}
+
+/// A line apart from the quotes and blanks around it.
+struct Row {
+  explicit Row(std::string_view line)
+      : prefix(line.substr(0, line.find_first_not_of(" \t>"))),
+        content(trimmed(line.substr(prefix.size()))) {}
+
+  static std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+  }
+
+  /// Whether cmark-gfm may take it for the one between the header and the rows of a table.
+  [[nodiscard]] bool mayDelimit() const {
+    return content.find('-') != std::string_view::npos && isMadeOf(content, "|-: \t");
+  }
+
+  /// How many cells it has, where nothing else than a row can be meant.
+  [[nodiscard]] std::size_t sureCells() const {
+    bool const isSure = content.size() > 2 && content.starts_with('|') && content.ends_with('|') &&
+                        !isOneOf(content, '\\') && content.find("||") == std::string_view::npos;
+    return isSure ? static_cast<std::size_t>(std::ranges::count(content, '|')) - 1 : 0;
+  }
+
+  std::string_view prefix;
+  std::string_view content;
+};
+
+bool isDelimiter(std::string_view cell) {
+  cell = Row::trimmed(cell);
+  if (cell.starts_with(':')) cell.remove_prefix(1);
+  if (cell.ends_with(':')) cell.remove_suffix(1);
+  return !cell.empty() && isMadeOf(cell, "-");
+}
+
+/// Whether a table surely begins with two lines.
+bool beginTable(Row const& header, Row const& delimiters) {
+  auto const cells = delimiters.sureCells();
+  if (cells == 0 || cells != header.sureCells() || header.prefix != delimiters.prefix) return false;
+  for (auto rest = delimiters.content.substr(1); !rest.empty();) {
+    auto const cell = rest.substr(0, rest.find('|'));
+    if (!isDelimiter(cell)) return false;
+    rest.remove_prefix(cell.size() + 1);
+  }
+  return true;
+}
+
+/// Whether a line begins an item, whatever stands above it.
+bool beginsItem(std::string_view line) {
+  constexpr std::size_t deepestItem = 3;
+  auto const indent = std::min(line.find_first_not_of(' '), line.size());
+  auto const item = line.substr(indent);
+  bool const isMarked = item.starts_with("- ") || item.starts_with("* ") || item.starts_with("+ ");
+  return indent <= deepestItem && isMarked && !isMadeOf(item.substr(1), " \t");
 }
 
 class Estimate {
  public:
   void addLine(std::string_view line) {
-    isTooDeep_ = isTooDeep_ || isTooDeep(line);
-    // Only an empty line is sure to end a paragraph or a table.
-    if (isMadeOf(line, " \t>")) {
-      endStretch();
-      return;
-    }
-    auto const barsBefore = stretch_.bars;
+    auto const levels = levelsOf(line);
+    deepest_ = std::max(deepest_, levels);
+    readSteps_ += product(levels, line.size()) + stepsPerLevel * static_cast<double>(deepest_);
+    // Only an empty line and an item are sure to end a paragraph or a table.
+    bool const isEmpty = isMadeOf(line, " \t>");
+    if (isEmpty || beginsItem(line)) endStretch();
+    if (isEmpty) return;
     addCharacters(line);
-    addRow(line, stretch_.bars - barsBefore);
+    addRow(line);
   }
 
   ReadingCost end(std::size_t size) {
     endStretch();
     auto const length = static_cast<double>(size);
     auto const most = steps + stepsPerByte * length;
-    return {.canRead = !isTooDeep_ && readSteps_ <= most,
-            .canReadTables = tableSteps_ <= most && cells_ <= cells + size,
+    return {.canRead = readSteps_ <= most,
+            .canReadTables = tableSteps_ <= most && cells_ <= mostCells + size,
             .canReadAutolinks = linkSteps_ <= most};
   }
 
  private:
-  /// Lines without an empty one among them.
+  /// Lines of one paragraph or table, as far as that can be told.
   struct Stretch {
-    std::size_t size = 0, lines = 0;
-    std::size_t bars = 0, columns = 0;
-    std::size_t tags = 0, openers = 0, closers = 0;
+    std::size_t size = 0, tags = 0;
+    std::size_t delimiters = 0, brackets = 0;
+    std::size_t columns = 0;
+    /// What the header of a table would be looked for in.
+    std::size_t headSize = 0, headLines = 0, headBars = 0;
+    Row last{{}};
   };
 
   static double product(std::size_t a, std::size_t b) {
@@ -89,17 +159,16 @@ class Estimate {
         case '<':
           if (at + 1 < line.size() && isOneOf("?!", line[at + 1])) ++stretch_.tags;
           break;
-        case '[':
         case '*':
         case '_':
         case '~':
-          ++stretch_.openers;
+          ++stretch_.delimiters;
+          break;
+        case '[':
+          ++stretch_.brackets;
           break;
         case ']':
-          ++stretch_.closers;
-          break;
-        case '|':
-          ++stretch_.bars;
+          closeBracket();
           break;
         case '.':
         case ':':
@@ -118,29 +187,41 @@ class Estimate {
     endRun(line.size());
   }
 
-  void addRow(std::string_view line, std::size_t bars) {
-    if (isDelimiterRow(line)) {
+  void closeBracket() {
+    // What a link may begin with is gone through at its end.
+    readSteps_ += static_cast<double>(stretch_.delimiters + stretch_.brackets);
+    if (stretch_.brackets > 0) --stretch_.brackets;
+  }
+
+  void addRow(std::string_view line) {
+    Row const row(line);
+    auto const bars = static_cast<std::size_t>(std::ranges::count(line, '|'));
+    if (row.mayDelimit()) {
       stretch_.columns = std::max(stretch_.columns, bars + 1);
       // The last line so far may be the header, and is looked for from the first one on.
-      tableSteps_ += product(stretch_.size, stretch_.lines + stretch_.bars);
+      tableSteps_ += product(stretch_.headSize, stretch_.headLines + stretch_.headBars);
+      if (beginTable(stretch_.last, row))
+        stretch_.headSize = stretch_.headLines = stretch_.headBars = 0;
     }
     if (stretch_.columns > 0) {
       cells_ += stretch_.columns;
       tableSteps_ += product(bars, bars);
     }
-    ++stretch_.lines;
+    stretch_.last = row;
+    stretch_.headBars += bars;
+    ++stretch_.headLines;
+    stretch_.headSize += line.size() + 1;
     stretch_.size += line.size() + 1;
   }
 
   void endStretch() {
-    // What a tag or a link may begin with is looked for or gone through at each of them.
+    // The end of a tag is looked for from each of them on.
     readSteps_ += product(stretch_.tags, stretch_.size);
-    readSteps_ += product(stretch_.openers, stretch_.closers);
     stretch_ = {};
   }
 
   Stretch stretch_;
-  bool isTooDeep_ = false;
+  std::size_t deepest_ = 0;
   double readSteps_ = 0;
   double tableSteps_ = 0;
   double linkSteps_ = 0;
@@ -152,12 +233,7 @@ class Estimate {
 ReadingCost ReadingCost::of(std::string_view text) {
   Estimate estimate;
   auto const size = text.size();
-  while (!text.empty()) {
-    auto const line = text.substr(0, text.find_first_of("\r\n"));
-    estimate.addLine(line);
-    text.remove_prefix(std::min(text.size(), line.size() + 1));
-    if (text.starts_with('\n') && line.data()[line.size()] == '\r') text.remove_prefix(1);
-  }
+  while (!text.empty()) estimate.addLine(takeLine(text));
   return estimate.end(size);
 }
 

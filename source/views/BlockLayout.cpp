@@ -113,8 +113,11 @@ qreal BlockLayout::layOutText(DrawnBlock::Text const& text, LayoutContext const&
   auto& piece = pieces_.emplace_back(slice_.isWhole() ? text.runs : part, drawable, context,
                                      inner_.width(), slice_.start);
   piece.place = inner_.topLeft();
+  bool const isRightToLeft = slice_.direction == Qt::LayoutDirectionAuto
+                                 ? piece.isRightToLeft()
+                                 : slice_.direction == Qt::RightToLeft;
   piece.layOut(inner_.width(), wraps ? TextPiece::Wrapping::anywhere : TextPiece::Wrapping::never,
-               Qt::AlignLeft, slice_.direction);
+               wraps && isRightToLeft ? Qt::AlignRight : Qt::AlignLeft, slice_.direction);
   if (wraps && !slice_.isLast) {
     piece.leaveLastLine();
     end_ = {placeAfter(text.runs, slice_.from, piece.length()), slice_.start + piece.length()};
@@ -155,9 +158,10 @@ qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& cont
       continue;
     }
     auto const shown = context.shown(*image, ImagePlace::block);
+    auto const next = start + QString::fromStdString(image->alt).size() + 1;
     if (shown.isLoaded()) {
       pictures_.push_back(
-          {take(shown.sizeWithin(inner_.width())), shown.image, image->destination});
+          {take(shown.sizeWithin(inner_.width())), shown.image, image->destination, start, next});
     } else {
       std::vector<InlineRun> const alt = {{image->alt, block_.drawable.text, image->destination}};
       TextPiece piece(alt, block_.drawable, context, inner_.width(), start);
@@ -166,17 +170,19 @@ qreal BlockLayout::layOutImages(ImageFlow const& flow, LayoutContext const& cont
           take({std::min(piece.naturalWidth(), inner_.width()), piece.height()}).topLeft();
       pieces_.push_back(std::move(piece));
     }
-    start += QString::fromStdString(image->alt).size() + 1;
+    start = next;
   }
   return std::ceil(place.y() + lineHeight - inner_.top());
 }
 
 void BlockLayout::addMarkers(LayoutContext const& context) {
+  // Text that has to stand further out takes its markers with it.
+  auto const outwards = std::round(block_.leading) - room_.left();
   for (auto const& marker : block_.markers) {
     auto const baseline =
         pieces_.empty() ? std::optional<qreal>() : pieces_.front().firstBaseline();
     QFontMetricsF const metrics(fontOf(marker.drawable.text.font));
-    auto const right = marker.left + marker.width;
+    auto const right = marker.left + marker.width - outwards;
     if (!marker.drawable.symbol.empty()) {
       auto const size = std::round(metrics.ascent() * symbolScale);
       auto const bottom = std::round(baseline.value_or(metrics.ascent()) + size * 0.13);
@@ -211,6 +217,16 @@ std::optional<std::string> BlockLayout::linkAt(QPointF point) const {
   for (auto const& picture : pictures_)
     if (picture.rect.contains(point)) return picture.destination;
   return std::nullopt;
+}
+
+std::vector<QRectF> BlockLayout::rectsOf(qsizetype from, qsizetype to) const {
+  std::vector<QRectF> rects;
+  for (auto const& piece : pieces_)
+    for (auto const& rect : piece.rectsOf(from, to)) rects.push_back(rect);
+  for (auto const& picture : pictures_)
+    if (from < picture.end && (picture.start < to || picture.start == from))
+      rects.push_back(picture.rect);
+  return rects;
 }
 
 void BlockLayout::draw(QPainter& painter, MarkdownColors const& colors,

@@ -37,7 +37,8 @@ class BlockLayout {
   [[nodiscard]] qreal height() const { return height_; }
   /// The last line of a slice is left to the next one, which may have more to put in it.
   [[nodiscard]] End const& end() const { return end_; }
-  [[nodiscard]] std::vector<TextPiece> const& pieces() const { return pieces_; }
+  /// The rectangles of a range of the document's text, one a line and one an image.
+  [[nodiscard]] std::vector<QRectF> rectsOf(qsizetype from, qsizetype to) const;
   /// How far it can be moved to the left.
   [[nodiscard]] qreal overflow() const { return overflow_; }
 
@@ -53,6 +54,9 @@ class BlockLayout {
     QRectF rect;
     QImage image;
     std::optional<SharedText> destination;
+    /// Where its text begins, and where it ends with the break behind it.
+    qsizetype start = 0;
+    qsizetype end = 0;
   };
   struct Symbol {
     QRectF rect;

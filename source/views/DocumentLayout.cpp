@@ -239,12 +239,13 @@ std::optional<std::string> DocumentLayout::linkAt(QPointF point) {
 
 std::vector<QRectF> DocumentLayout::rectsOf(qsizetype from, qsizetype to) {
   std::vector<QRectF> rects;
-  for (auto slice = sliceAtPosition(from); slice < slices_.size() && shownSlice(slice).start < to;
-       ++slice) {
+  auto const first = sliceAtPosition(from);
+  for (auto slice = first; slice < slices_.size(); ++slice) {
+    // An image without a text is at a range without a length.
+    if (slice > first && shownSlice(slice).start >= to) break;
     while (measures_.size() <= slice) measureNext();
-    for (auto const& piece : layout(slice).pieces())
-      for (auto const& rect : piece.rectsOf(from, to))
-        rects.push_back(rect.translated(-sidewaysOf(slice).moved, measures_[slice].top));
+    for (auto const& rect : layout(slice).rectsOf(from, to))
+      rects.push_back(rect.translated(-sidewaysOf(slice).moved, measures_[slice].top));
   }
   return rects;
 }
@@ -310,14 +311,16 @@ void DocumentLayout::drawFrames(QPainter& painter, std::size_t slice) const {
   std::vector<FramePart> parts;
   auto top = measures_[slice].top;
   auto bottom = measures_[slice].bottom();
+  auto const next = slice + 1 < measures_.size() ? measures_[slice + 1].top : lowerEdge(slice);
   for (auto const* frame = blockOf(slice).frame.get(); frame; frame = frame->outer.get()) {
     bool const begins = slice == 0 || !blockOf(slice - 1).isIn(*frame);
     bool const ends = slice + 1 == slices_.size() || !blockOf(slice + 1).isIn(*frame);
     if (begins) top -= frame->top;
     if (ends) bottom += frame->bottom;
     bool const isSeen = frame->background || frame->border || frame->leadingBar;
-    if (isSeen)
-      parts.push_back({*frame, begins ? top : lowerEdge(slice - 1), bottom, begins, ends});
+    if (!isSeen) continue;
+    parts.push_back(
+        {*frame, begins ? top : measures_[slice].top, ends ? bottom : next, begins, ends});
   }
   for (auto const& part : std::views::reverse(parts)) drawFrame(painter, part);
 }

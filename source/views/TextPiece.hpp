@@ -44,6 +44,8 @@ class TextPiece {
   TextPiece(std::vector<InlineRun> const& runs, Drawable const& drawable,
             LayoutContext const& context, qreal room, qsizetype start);
 
+  [[nodiscard]] bool isRightToLeft() const { return layout_->text().isRightToLeft(); }
+
   /// Breaks the text into lines of this width. Without wrapping it keeps those that it has.
   void layOut(qreal width, Wrapping wrapping, Qt::Alignment alignment = Qt::AlignLeft,
               Qt::LayoutDirection direction = Qt::LayoutDirectionAuto);
@@ -67,8 +69,8 @@ class TextPiece {
   /// The rectangles of a range of the document's text, one a line.
   [[nodiscard]] std::vector<QRectF> rectsOf(qsizetype from, qsizetype to) const;
 
-  /// Draws it with what is chosen and found, given in positions of the document's text.
-  /// Draws the lines that are in a part of what `place` is counted in.
+  /// Draws the lines in a part of what `place` is counted in. Highlights are given in positions of
+  /// the document's text.
   void draw(QPainter& painter, std::vector<Highlight> const& highlights,
             QRectF const& visible) const;
 

@@ -66,6 +66,15 @@ TEST(BlockSequence, AnItemHasItsMarkersOnItsFirstBoxOnly) {
   EXPECT_EQ(textOf(blocks[3]), "");
 }
 
+TEST(BlockSequence, ItemsKeepTheirMarkersHoweverDeepTheyAre) {
+  std::string steps;
+  for (std::size_t level = 0; level < 12; ++level) steps += std::string(level * 2, ' ') + "- a\n";
+  for (auto const& block : drawn(steps)) {
+    ASSERT_EQ(block.markers.size(), 1);
+    EXPECT_EQ(block.markers[0].left + block.markers[0].width + 6.5, block.leading);
+  }
+}
+
 TEST(BlockSequence, QuotesAddABarAndMoveIn) {
   auto const blocks = drawn("> a\n>\n> > b\n\nc");
   ASSERT_TRUE(blocks[0].frame);
@@ -145,6 +154,7 @@ TEST(BlockSequence, WhatNestsWithoutEndIsDrawnWithoutRecursion) {
   ASSERT_EQ(blocks.size(), 1);
   EXPECT_EQ(textOf(blocks[0]), "a");
   EXPECT_LT(blocks[0].leading, 300);
+  EXPECT_LT(blocks[0].markers.size(), 10);
 }
 
 }  // namespace

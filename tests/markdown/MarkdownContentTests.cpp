@@ -62,11 +62,54 @@ TEST(MarkdownContent, TablesHaveAnAlignmentAColumnAndTheHeaderFirst) {
             (std::vector{left, center}));
 }
 
-TEST(MarkdownContent, ATableStaysTextWhereNoGridCanBeDrawn) {
-  auto const content =
-      MarkdownDocument::parse("| a |\n|---|", MarkdownDocument::Tables::asText).content();
-  EXPECT_EQ(content, MarkdownContent(
-                         {Block::paragraph{{text("| a |"), Inline::softBreak{}, text("|---|")}}}));
+std::string repeated(std::string const& part, std::size_t count) {
+  std::string text;
+  for (; count > 0; --count) text += part;
+  return text;
+}
+
+TEST(MarkdownContent, OrdinaryDocumentsAreReadWhole) {
+  std::string const table = "| a | b | c |\n|---|--:|:-:|\n";
+  std::string const end = "\n\n***\n\n|x|\n|-|\n";
+  std::string steps;
+  for (std::size_t level = 0; level < 12; ++level)
+    steps += std::string(2 * level, ' ') + "- **a**\n";
+  for (auto const& text :
+       {table + repeated("| 2024-01-02 | 120 | -5.2 |\n", 500),
+        table + repeated("| - | - | - |\n| :-: | 1 | 2 |\n", 250), repeated("* ", 200),
+        "- " + repeated("5 10 15 ", 200), steps, "    " + repeated("1. 2. 3 ", 500) + "\n",
+        repeated("> ", 15) + "a\n" + repeated("> b\n", 500), repeated("**b** [a](c) ![](d) ", 300),
+        repeated("- **b** [a](c) <!-- d -->\n", 3000),
+        repeated("![](https://a.org/b.png) ", 10'000), repeated("- [x] a\n", 30'000),
+        repeated("[a]: b\n", 30'000)}) {
+    auto const& blocks = MarkdownContent(text + end).blocks;
+    ASSERT_GE(blocks.size(), 2U);
+    EXPECT_TRUE(std::holds_alternative<Block::table>(blocks[blocks.size() - 1].value))
+        << text.substr(0, 80);
+    EXPECT_TRUE(std::holds_alternative<Block::thematicBreak>(blocks[blocks.size() - 2].value));
+  }
+}
+
+TEST(MarkdownContent, WhatTakesTheSquareOfItsLengthStaysText) {
+  std::string const end = "\n\n|x|\n|-|\n";
+  auto const alternating = repeated("|-|-|\n|-|-|-|\n", 2000);
+  for (auto const& text :
+       {repeated("- ", 4000) + "a" + repeated("\n", 8000), "a " + repeated("<?", 30'000),
+        repeated("*a ", 20'000) + repeated("[a](b) ", 10'000),
+        repeated("a|", 4000) + "\n" + alternating, "<!--\n|a|\n|-|\n|-->\n" + alternating,
+        "|\\|a|\n|-|-|\n" + alternating, "> a\n|a|b|\n|-|-|\nb\n" + alternating,
+        repeated("|a", 2000) + "\n" + repeated("|-", 2000) + "\n" + repeated("a\n", 2000)}) {
+    auto const& blocks = MarkdownContent(text + end).blocks;
+    EXPECT_FALSE(std::holds_alternative<Block::table>(blocks[blocks.size() - 1].value))
+        << text.substr(0, 80);
+  }
+}
+
+TEST(MarkdownContent, TextThatStaysAsItStandsKeepsItsLines) {
+  using namespace std::literals;
+  EXPECT_EQ(
+      MarkdownContent(std::string("a\r\n*b\0c*\r\n\r\nd "s) + repeated("<?", 30'000)).blocks[0],
+      (Block::paragraph{{text("a"), Inline::lineBreak{}, text("*b\uFFFDc*")}}));
 }
 
 TEST(MarkdownContent, LinesKeepTheirStylesLinksAndBreaks) {

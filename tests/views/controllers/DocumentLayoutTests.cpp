@@ -72,6 +72,23 @@ TEST_F(DocumentLayoutTest, SlicesOfAParagraphBreakItsLinesAsOnePieceDoes) {
   }
 }
 
+TEST_F(DocumentLayoutTest, LinesBeginWhereTheirDirectionDoes) {
+  show("\u05e9\u05dc\u05d5\u05dd\n\nabc\n");
+  EXPECT_NEAR(layout.rectsOf(0, 1).front().right(), width, 1);
+  EXPECT_NEAR(layout.rectsOf(5, 6).front().left(), 0, 1);
+}
+
+TEST_F(DocumentLayoutTest, TheBarOfAQuoteGoesOnBetweenItsParagraphs) {
+  show("> a\n>\n> b");
+  layout.measureTo(all);
+  auto const gap = layout.rectsOf(2, 3).front().top() - 2;
+  QImage page(static_cast<int>(width), static_cast<int>(gap), QImage::Format_RGB32);
+  page.fill(Qt::white);
+  QPainter painter(&page);
+  layout.draw(painter, 0, gap, {});
+  for (int y = 0; y < page.height(); ++y) EXPECT_NE(page.pixel(9, y), page.pixel(0, y)) << y;
+}
+
 TEST_F(DocumentLayoutTest, ALongLineOfPlainTextIsCopiedAsOne) {
   auto const words = repeated("Word after word was said. ", 500);
   layout.setBlocks(plainTextBlocks(words + "\nnext"));
@@ -86,6 +103,8 @@ TEST_F(DocumentLayoutTest, OnlyWhatIsSeenOfALongBlockIsLaidOut) {
         std::pair("    code();\n", 20'000), std::pair(cell, 10'000),
         std::pair("![](https://a.org/b.png) ", 10'000)}) {
     show((line == cell ? "|a|b|\n|-|-|\n" : "") + repeated(line, count));
+    ASSERT_EQ(layout.blocks().size(), 1U) << "read as Markdown";
+    ASSERT_FALSE(layout.text().contains(u'!')) << "read as Markdown";
     EXPECT_LT(layoutsOf([&] { layout.measureTo(600); }), 30U) << line;
     QImage page(static_cast<int>(width), 600, QImage::Format_RGB32);
     QPainter painter(&page);
@@ -115,6 +134,9 @@ TEST_F(DocumentLayoutTest, AnImageThatComesMeasuresItsBlockAlone) {
   auto const isIt = [](RawImageData const& image) { return image.source == "come.png"; };
   EXPECT_LT(layoutsOf([&] { layout.imagesChanged(isIt); }), 12U);
   EXPECT_GT(layout.height(), height + 120);
+  auto const place = layout.rectsOf(1200, 1201);
+  ASSERT_EQ(place.size(), 1U);
+  EXPECT_EQ(place[0].size(), QSizeF(100, 80)) << "the image has the place of its text";
 
   auto const moved = places();
   layout.setWidth(width + 1);
